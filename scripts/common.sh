@@ -1,0 +1,48 @@
+#!/usr/bin/env bash
+# Shared by ./run and ./test: install the Debian packages that are missing, then
+# configure and build the project in build/ (Release).
+set -euo pipefail
+
+ROOT="$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)"
+BUILD_DIR="${BUILD_DIR:-$ROOT/build}"
+
+# Packages every build needs.
+BASE_PACKAGES=(
+    qt6-base-dev qt6-base-dev-tools qt6-image-formats-plugins libheif-dev
+    cmake ninja-build g++ pkgconf ccache fonts-wqy-microhei
+)
+
+# Further packages the tests need: none beyond the base set yet (GUI tests run offscreen).
+TEST_PACKAGES=()
+
+# Install what is missing among the given packages; silent when nothing is.
+ensure_packages() {
+    local missing=() pkg
+    for pkg in "$@"; do
+        if ! dpkg-query -W -f='${Status}' "$pkg" 2>/dev/null | grep -q 'install ok installed'; then
+            missing+=("$pkg")
+        fi
+    done
+    [ ${#missing[@]} -eq 0 ] && return 0
+
+    local sudo=()
+    if [ "$(id -u)" -ne 0 ]; then
+        sudo=(sudo)
+    fi
+    echo "Installing missing packages: ${missing[*]}"
+    export DEBIAN_FRONTEND=noninteractive
+    "${sudo[@]}" apt-get update -qq
+    "${sudo[@]}" apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null
+}
+
+# Configure (once) and build the Release tree.
+build_project() {
+    local launcher=()
+    if command -v ccache >/dev/null 2>&1; then
+        launcher=(-DCMAKE_CXX_COMPILER_LAUNCHER=ccache -DCMAKE_C_COMPILER_LAUNCHER=ccache)
+    fi
+    if [ ! -f "$BUILD_DIR/build.ninja" ]; then
+        cmake -S "$ROOT" -B "$BUILD_DIR" -G Ninja -DCMAKE_BUILD_TYPE=Release "${launcher[@]}" >/dev/null
+    fi
+    cmake --build "$BUILD_DIR" -- --quiet
+}

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <QByteArray>
+#include <QSize>
+#include <QString>
+#include <QStringList>
+
+// A resolved panel: its code (the diagonal as text, e.g. "13.3"), its portrait resolution,
+// and, when it cannot be used for a playlist, the reason.
+struct PanelSpec {
+    QString panel;
+    QSize size;
+    bool ok = false;
+    QString error;
+};
+
+// Everything the package writer needs; filled by the window.
+struct PlaylistExportRequest {
+    QString outputDir;
+    int intervalMinutes = 30;
+    bool loop = true;
+    PanelSpec panel;
+    QStringList frameNames;
+    QStringList sourcePaths;
+    bool encrypt = false;
+    QString accountUid;
+    QStringList deviceIds;
+};
+
+// Writes the package the frame plays from its card: the frame files copied under their
+// playlist names and "playlist.json". Stateless; the first problem comes back as a text,
+// empty on success. Files copied before a failure stay in place.
+namespace PlaylistExporter {
+
+QByteArray buildPlaylistJson(const PlaylistExportRequest &request);
+QString exportPlaylist(const PlaylistExportRequest &request);
+
+// Key-file panel code ("13.3") to GUI panel type ("133"); empty for anything unknown.
+QString pubkeyPanelToGuiType(const QString &panel);
+PanelSpec panelFromGuiType(const QString &guiType, const QString &customText);
+
+} // namespace PlaylistExporter

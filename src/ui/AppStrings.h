@@ -1,0 +1,330 @@
+#pragma once
+
+#include <QColor>
+#include <QString>
+#include <QStringList>
+
+#include <QtGlobal>
+
+class QTableWidgetItem;
+enum class FillMode : qint32;
+
+// The bilingual catalogue: one function per user-visible text. Each call builds its text
+// in the language UiLanguage holds at that moment, so callers fetch texts where they use
+// them and never keep one across a change of language.
+namespace Str {
+
+// Chinese when the language is not English, else English; literals are UTF-8.
+QString pick(const char *zh, const char *en);
+QString pickQ(const QString &zh, const QString &en);
+
+// --- Application and menus ---
+QString appDisplayName();
+QString appVersionString();
+QString windowTitle();
+QString menuFile();
+QString menuHelp();
+QString menuLanguage();
+QString actionOpenImages();
+QString actionOpenFolder();
+QString actionReloadConfig();
+QString actionCreatePlaylist();
+QString actionClearList();
+QString actionQuit();
+QString actionAbout();
+QString actionViewLog();
+QString actionLangChinese();
+QString actionLangEnglish();
+QString aboutTitle();
+QString aboutHtml();
+QString offlineGuideLinkHtml();
+
+// --- Steps and groups ---
+QString workflowIntro();
+QString stepSelectDevice();
+QString stepAddImages();
+QString stepCreatePlayback();
+QString logSection();
+QString groupProcessingSettings();
+QString groupDeviceSettings();
+QString groupGlobalSettings();
+QString groupPlaylist();
+
+// --- Device and processor fields ---
+QString browseButton();
+QString keyFileLabel();
+QString importKeyButton();
+QString selectKeyFile();
+QString processorVariant();
+QString processorVariantTip();
+QString workDir();
+QString executable();
+QString outputPath();
+QString lutFile();
+QString panelType();
+QString frameModel();
+QString frameOrientation();
+QString screenOrientation();
+QString orientation();
+QString customSize();
+QString customSizePlaceholder();
+QString portraitOrientation();
+QString landscapeOrientation();
+QString enhanceStrategy();
+QString enhanceMode();
+QString jpgOnly();
+QString jpgOnlyTip();
+QString disableAnalysis();
+QString disableAnalysisTip();
+QString disableCrop();
+QString disableCropTip();
+QString analysisOnly();
+QString analysisOnlyTip();
+QString analysisOutputFile();
+QString formatLabel();
+QString variantDefault();
+QString panelResolutionUnset();
+QString panelResolutionSize(int width, int height);
+QString globalDefaultStrategy();
+QStringList strategyDirect();
+QStringList strategyWithGlobal();
+QStringList modeList();
+
+// --- Playlist settings ---
+QString playlistAutoHint();
+QString playlistEnable();
+QString playlistEnableTip();
+QString slideshowInterval();
+QString spinMinutesSuffix();
+QString slideshowIntervalTip();
+QString intervalUnitDays();
+QString intervalUnitHours();
+QString intervalUnitMinutes();
+QString loopPlayback();
+QString loopPlaybackTip();
+QString saveLocation();
+QString playlistDirPlaceholderLite();
+QString playlistDirPlaceholderInternal();
+QString playlistHintLite();
+QString playlistHintInternal();
+QString openPlaylist();
+QString openOutputDir();
+QString createPlaylist();
+QString createPlaylistTip();
+
+// --- Image list ---
+QString addImages();
+QString addFolder();
+QString clearList();
+QString removeSelected();
+QString includeSubfolders();
+QString includeSubfoldersTip();
+QString importImagesTitle();
+QString selectAll();
+QString selectAllTip();
+QString batchLabel();
+QString batchProcessingTitle();
+QString batchRotateTitle();
+QString frameSettingsProgressTitle();
+QString dragReorderTip();
+QString moveRowUpTip();
+QString moveRowDownTip();
+QString logPlaceholder();
+QString startProcessing();
+QString stopProcessing();
+QString thumbOriginalTip();
+QString thumbPreprocTip();
+QString imageCount(int count);
+QString importScanLabel(const QString &folder, int found);
+QString importAddLabel(int done, int total);
+QString batchApplyProgress(int done, int total);
+QString frameSettingsProgress(int done, int total);
+QString subdirTooltip(const QString &subfolder);
+QStringList tableHeadersLite();
+QStringList tableHeadersInternal();
+
+// --- Dialog titles, choosers and filters ---
+QString noticeTitle();
+QString confirmTitle();
+QString settingsErrorTitle();
+QString selectProcessorExe();
+QString selectWorkDir();
+QString selectOutputPath();
+QString selectLutFile();
+QString selectAnalysisOutput();
+QString selectPlaylistSaveDir();
+QString selectImages();
+QString selectImageFolder();
+QString imageFileFilter();
+QString exeFileFilter();
+QString lutFileFilter();
+QString analysisFileFilter();
+QString allFilesFilter();
+
+// --- Questions and refusals ---
+QString confirmQuitWhileProcessing();
+QString confirmReprocessAll();
+QString addImagesFirst();
+QString setAnalysisOutputFirst();
+QString setPlaylistSaveLocation();
+QString setOutputPathFirst();
+QString lutNotFound(const QString &path);
+QString stopBeforeClear();
+QString stopBeforeRemove();
+QString processingPlaylistBusy();
+QString enablePlaylistFirst();
+QString analysisOnlyNoPlaylist();
+QString jpgOnlyNoBin();
+QString noBinFiles();
+QString selectImagesForBatch();
+QString customPanelSizeInvalid();
+QString customPanelNoPlaylist();
+QString panelInfoInvalid();
+QString heicLoadFailed(const QString &path);
+QString playlistTooManyFrames(int limit);
+QString importSkippedPlaylistLimit(int skipped, int limit);
+
+// --- Run and log ---
+QString logSeparator();
+QString rowLogHeader(const QString &time, int rowNumber, int rowCount, const QString &name);
+QString commandLineLog(const QString &program, const QStringList &args);
+QString stdoutLogLine(const QString &line);
+QString stderrLogLine(const QString &line);
+QString progressFraction(int done, int total);
+QString processingProgress(int done, int total);
+QString allDone(int succeeded, int total);
+QString startProcessing(int count);
+QString startAnalysis(int count, const QString &analysisOutput);
+QString startProcessingWithPlaylist(int count, const QString &playlistDir);
+QString startProcessingWithOutput(int count, const QString &outputDir);
+QString processFailed(int exitCode);
+QString processCrashed(int exitCode);
+QString processStartFailed(const QString &error);
+QString processingStopped();
+QString preprocFailedUseOriginal();
+QString rowDone();
+QString workDirLog(const QString &dir);
+QString workDirMissing(const QString &dir);
+QString configLoaded(const QString &path);
+QString configLoadWarning(const QString &error);
+QString configReloaded();
+QString unknownPanelType(const QString &type);
+QString exeNotFound(const QString &variantName, const QString &configName);
+QString copyFailed(const QString &source, const QString &target);
+QString processingInProgress();
+QString processingCompleteTitle();
+QString processingCompleteOkButton();
+QString processingCompleteHtml();
+QString playlistExportSkippedJpgOnly();
+
+// --- Playlist results ---
+QString missingBinList(const QString &names);
+QString missingBinCount(int count, const QString &names);
+QString playlistCreateFailed(const QString &error);
+QString playlistCreateFailedTitle();
+QString playlistPartialMissing(const QString &message);
+QString playlistPartialMissingTitle();
+QString playlistSaveLocationMissing();
+QString playlistSaveLocationNotSet();
+QString dirNotExistPlaylist();
+QString dirNotExistOutput();
+QString playlistDirExists(const QString &path);
+QString playlistDirExistsTitle();
+QString playlistCreated(const QString &folder, int frames, int intervalMinutes);
+QString playlistCreatedTitle();
+QString playlistCreatedLog(const QString &folder, int frames, int intervalMinutes);
+QString playlistCannotCreateTitle();
+QString writePlaylistFailed(const QString &path);
+QString playlistExportFailed(const QString &error);
+
+// --- Processor check ---
+QString processorStartupCheckTitle();
+QString processorStartupCheckFailed(const QString &executable, const QString &workDir,
+                                    const QString &errorLine);
+QString processorStartupCheckMissingWorkDir(const QString &dir);
+QString processorDirIncomplete(const QString &missing, const QString &dir);
+QString processorSelfTestStartFailed(const QString &error);
+QString processorSelfTestTimedOut();
+QString processorSelfTestCrashed(int exitCode);
+QString processorSelfTestAbnormalExit(int exitCode);
+
+// --- Messages of the configuration reader and the package writer. They are part of those
+// files' contract and read the same (Chinese) in every UI language. ---
+QString configFileNotFound(const QString &fileName);
+QString configFileUnreadable(const QString &path);
+QString configJsonParseFailed(const QString &error);
+QString configMissingVariants();
+QString configVariantMissingExecutable(const QString &id);
+QString playlistFrameCountMismatch();
+QString playlistNeedsFrame();
+QString playlistIntervalTooShort();
+QString playlistIntervalTooLong();
+QString playlistOutputDirMissing();
+QString playlistCannotCreateDir(const QString &path);
+QString playlistBinMissing(const QString &path);
+QString playlistCannotOpenJson(const QString &path);
+
+// --- Preprocessing and editor ---
+QString fillModeLabel(FillMode mode);
+QString fillModeButtonText(FillMode mode);
+QString fillModeToolTip(FillMode mode);
+QString formatPreprocStateLabel(FillMode mode, int rotationDegrees);
+QString fillCropCaption();
+QString fillCropCaptionInline();
+QString rotateCaption();
+QString rotateCaptionInline();
+QString rotateLeft();
+QString rotateRight();
+QString rotateLeftTip();
+QString rotateRightTip();
+QString rotationCurrent(int degrees);
+QString batchRotateLeft();
+QString batchRotateRight();
+QString batchFillApplied(const QString &modeLabel, int count);
+QString batchRotateApplied(const QString &direction, int count);
+QString clickPreviewTip();
+QString preprocPreviewTip();
+QString previewDialogTitle();
+QString previewDialogHint();
+QString previewCannotLoad();
+QString previewLandscapeFrameHint();
+QString previewInfo(const QString &stateLabel, const QString &resolution, const QString &suffix);
+QString previewInfoLine(const QString &stateLabel, const QString &resolution, bool landscape);
+QString cancel();
+QString confirm();
+QString cropDialogTitle();
+QString cropDialogIntro();
+QString cropLandscapeMode();
+QString cropFillMode();
+QString cropStandard();
+QString cropBlurFlex();
+QString cropReset();
+QString cropConfirm();
+QString cropCannotLoad();
+QString cropMoveBoxToImage();
+QString cropDragPanHint();
+QString cropBlurWheelHint();
+QString cropLandscapeHint();
+QString cropPortraitHint();
+
+// --- Row status: stored on a row's status cell with its text and colours ---
+enum class RowStatus {
+    Pending = 0,
+    Processing = 1,
+    Done = 2,
+    Failed = 3,
+    StartFailed = 4,
+    Cancelled = 5,
+    Crashed = 6,
+    ExitCodeFailed = 7,
+};
+
+int rowStatusUserRole();
+QString rowStatusText(RowStatus status, int exitCode = 0);
+QColor rowStatusColor(RowStatus status);
+QColor rowStatusTextColor(RowStatus status);
+int rowStatusFromItem(const QTableWidgetItem *item);
+bool rowStatusIsPending(const QTableWidgetItem *item);
+void applyRowStatus(QTableWidgetItem *item, RowStatus status, int exitCode = 0);
+
+} // namespace Str

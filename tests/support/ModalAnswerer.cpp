@@ -1,0 +1,44 @@
+#include "ModalAnswerer.h"
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QDialog>
+#include <QTextDocument>
+
+ModalAnswerer::ModalAnswerer(QMessageBox::StandardButton answer,
+                             std::function<void(QWidget *)> otherDialogHandler)
+    : m_answer(answer)
+    , m_otherDialogHandler(std::move(otherDialogHandler))
+{
+    m_timer.setInterval(10);
+    connect(&m_timer, &QTimer::timeout, this, &ModalAnswerer::poll);
+    m_timer.start();
+}
+
+QString ModalAnswerer::plainText(const QString &richText)
+{
+    QTextDocument document;
+    document.setHtml(richText);
+    return document.toPlainText();
+}
+
+void ModalAnswerer::poll()
+{
+    QWidget *modal = QApplication::activeModalWidget();
+    if (!modal || !modal->isVisible())
+        return;
+    if (auto *box = qobject_cast<QMessageBox *>(modal)) {
+        m_seen.append({box->windowTitle(), box->text(), box->icon()});
+        if (QAbstractButton *button = box->button(m_answer))
+            button->click();
+        else
+            box->done(m_answer);
+        return;
+    }
+    if (m_otherDialogHandler) {
+        m_otherDialogHandler(modal);
+        return;
+    }
+    if (auto *dialog = qobject_cast<QDialog *>(modal))
+        dialog->reject();
+}

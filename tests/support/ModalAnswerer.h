@@ -1,0 +1,43 @@
+#pragma once
+
+#include <QList>
+#include <QMessageBox>
+#include <QObject>
+#include <QString>
+#include <QTimer>
+
+#include <functional>
+
+// Answers modal dialogs from a timer so that no test ever hangs on one. While it lives, it
+// looks for the active modal widget every few milliseconds; a QMessageBox is recorded
+// (title, text, icon) and answered with the given button, any other dialog is handed to the
+// optional handler, or rejected. Create it right before the call that opens the dialog.
+class ModalAnswerer : public QObject
+{
+public:
+    struct Seen {
+        QString title;
+        QString text;
+        QMessageBox::Icon icon = QMessageBox::NoIcon;
+    };
+
+    explicit ModalAnswerer(QMessageBox::StandardButton answer = QMessageBox::Ok,
+                           std::function<void(QWidget *)> otherDialogHandler = {});
+
+    bool answered() const { return !m_seen.isEmpty(); }
+    const QList<Seen> &seen() const { return m_seen; }
+    QString title() const { return m_seen.isEmpty() ? QString() : m_seen.constLast().title; }
+    QString text() const { return m_seen.isEmpty() ? QString() : m_seen.constLast().text; }
+    QMessageBox::Icon icon() const { return m_seen.isEmpty() ? QMessageBox::NoIcon : m_seen.constLast().icon; }
+
+    // The plain text of a rich-text message box body, for assertions on its words.
+    static QString plainText(const QString &richText);
+
+private:
+    void poll();
+
+    QMessageBox::StandardButton m_answer;
+    std::function<void(QWidget *)> m_otherDialogHandler;
+    QTimer m_timer;
+    QList<Seen> m_seen;
+};

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <QByteArray>
+#include <QColor>
+#include <QImage>
+#include <QString>
+
+// Small helpers for tests that work on real files in temporary folders.
+namespace TestFiles {
+
+// Writes bytes to path, creating the parent folders; false on failure.
+bool write(const QString &path, const QByteArray &bytes);
+QByteArray read(const QString &path);
+
+// A solid-colour RGB32 image.
+QImage solidImage(int width, int height, const QColor &colour);
+
+// The built tarn-sim executable, and the folder holding the GUI and its demo bundle.
+QString tarnSimPath();
+QString binDir();
+
+} // namespace TestFiles
