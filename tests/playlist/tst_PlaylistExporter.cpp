@@ -1,4 +1,417 @@
+#include "playlist/PlaylistExporter.h"
+#include "ui/UiLanguage.h"
+
+#include "TestFiles.h"
+
+#include <QDir>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QTemporaryDir>
 #include <QTest>
-class T : public QObject { Q_OBJECT };
-QTEST_GUILESS_MAIN(T)
+
+class TestPlaylistExporter : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void init();
+    void panelTypes_data();
+    void panelTypes();
+    void panelTypesAreCaseSensitive();
+    void customPanel_data();
+    void customPanel();
+    void pubkeyPanelCodes_data();
+    void pubkeyPanelCodes();
+    void unencryptedJsonIsByteExact();
+    void encryptedJsonIsByteExact();
+    void encryptionWithoutDeviceIds();
+    void exportsFramesAndPlaylist();
+    void invalidPanelFailsFirst();
+    void checksRunInOrder();
+    void intervalBounds_data();
+    void intervalBounds();
+    void thousandFramesAcceptedThousandAndOneRefused();
+    void emptyOutputDirIsRefused();
+    void missingBinStopsAndKeepsEarlierCopies();
+    void nativeSeparatorsAreAccepted();
+    void reExportReplacesFramesAndPlaylist();
+    void outputDirThatCannotBeCreated();
+    void playlistJsonThatCannotBeOpened();
+    void copyFailureNamesBothPaths();
+
+private:
+    PlaylistExportRequest request(int frames);
+    QTemporaryDir m_dir;
+};
+
+void TestPlaylistExporter::initTestCase()
+{
+    UiLanguage::set(UiLanguage::English);
+}
+
+void TestPlaylistExporter::init()
+{
+    QVERIFY(m_dir.isValid());
+    QDir(m_dir.filePath(QStringLiteral("out"))).removeRecursively();
+    QFile::remove(m_dir.filePath(QStringLiteral("blocker")));
+}
+
+PlaylistExportRequest TestPlaylistExporter::request(int frames)
+{
+    PlaylistExportRequest r;
+    r.outputDir = m_dir.filePath(QStringLiteral("out/vl_play"));
+    r.intervalMinutes = 30;
+    r.loop = true;
+    r.panel = PlaylistExporter::panelFromGuiType(QStringLiteral("133"), QString());
+    for (int i = 0; i < frames; ++i) {
+        const QString source = m_dir.filePath(QStringLiteral("bins/row_%1.bin").arg(i, 4, 10, QLatin1Char('0')));
+        if (!QFileInfo::exists(source))
+            TestFiles::write(source, "frame " + QByteArray::number(i));
+        r.frameNames << QStringLiteral("frame_%1.bin").arg(i, 3, 10, QLatin1Char('0'));
+        r.sourcePaths << source;
+    }
+    return r;
+}
+
+void TestPlaylistExporter::panelTypes_data()
+{
+    QTest::addColumn<QString>("guiType");
+    QTest::addColumn<QString>("code");
+    QTest::addColumn<QSize>("size");
+    QTest::newRow("133") << "133" << "13.3" << QSize(1200, 1600);
+    QTest::newRow("070") << "070" << "7.09" << QSize(1200, 1600);
+    QTest::newRow("7.09") << "7.09" << "7.09" << QSize(1200, 1600);
+    QTest::newRow("100") << "100" << "10" << QSize(1200, 1600);
+    QTest::newRow("253") << "253" << "25.3" << QSize(1800, 3200);
+    QTest::newRow("285") << "285" << "28.5" << QSize(2160, 3060);
+}
+
+void TestPlaylistExporter::panelTypes()
+{
+    QFETCH(QString, guiType);
+    QFETCH(QString, code);
+    QFETCH(QSize, size);
+    const PanelSpec spec = PlaylistExporter::panelFromGuiType(guiType, QStringLiteral("ignored"));
+    QVERIFY(spec.ok);
+    QCOMPARE(spec.panel, code);
+    QCOMPARE(spec.size, size);
+    QCOMPARE(spec.error, QString());
+}
+
+void TestPlaylistExporter::panelTypesAreCaseSensitive()
+{
+    PanelSpec spec = PlaylistExporter::panelFromGuiType(QStringLiteral("CUSTOM"), QStringLiteral("1200x825"));
+    QVERIFY(!spec.ok);
+    QCOMPARE(spec.error, QStringLiteral("Unknown panel type: CUSTOM"));
+    spec = PlaylistExporter::panelFromGuiType(QStringLiteral(" 133"), QString());
+    QVERIFY(!spec.ok);
+    QCOMPARE(spec.error, QStringLiteral("Unknown panel type:  133"));
+    spec = PlaylistExporter::panelFromGuiType(QString(), QString());
+    QVERIFY(!spec.ok);
+    QCOMPARE(spec.error, QStringLiteral("Unknown panel type: "));
+}
+
+void TestPlaylistExporter::customPanel_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<bool>("matchesSize");
+    QTest::newRow("lower x") << "1200x825" << true;
+    QTest::newRow("upper X") << "1200X825" << true;
+    QTest::newRow("times sign") << "1200×825" << true;
+    QTest::newRow("blanks around x") << "1200  x 825" << true;
+    QTest::newRow("surrounding blanks") << "  1200x1600 " << true;
+    QTest::newRow("empty") << "" << false;
+    QTest::newRow("width only") << "1200x" << false;
+    QTest::newRow("height only") << "x825" << false;
+    QTest::newRow("star") << "1200*825" << false;
+    QTest::newRow("decimal") << "12.5x10" << false;
+    QTest::newRow("negative") << "-1200x825" << false;
+    QTest::newRow("three parts") << "1x2x3" << false;
+    QTest::newRow("words") << "wide" << false;
+}
+
+void TestPlaylistExporter::customPanel()
+{
+    QFETCH(QString, text);
+    QFETCH(bool, matchesSize);
+    const PanelSpec spec = PlaylistExporter::panelFromGuiType(QStringLiteral("custom"), text);
+    QVERIFY(!spec.ok);
+    QCOMPARE(spec.error, matchesSize
+                             ? QStringLiteral("Custom panel type cannot build a TF playlist. Choose 133 / 070 / 100 / 253 / 285.")
+                             : QStringLiteral("Invalid custom panel size. Use WxH, e.g. 1200x1600."));
+}
+
+void TestPlaylistExporter::pubkeyPanelCodes_data()
+{
+    QTest::addColumn<QString>("code");
+    QTest::addColumn<QString>("guiType");
+    QTest::newRow("7.09") << "7.09" << "070";
+    QTest::newRow("13.3") << "13.3" << "133";
+    QTest::newRow("25.3") << "25.3" << "253";
+    QTest::newRow("28.5") << "28.5" << "285";
+    QTest::newRow("10") << "10" << "100";
+    QTest::newRow("10.0") << "10.0" << "";
+    QTest::newRow("12") << "12" << "";
+    QTest::newRow("133 itself") << "133" << "";
+    QTest::newRow("blank") << " 13.3" << "";
+    QTest::newRow("empty") << "" << "";
+}
+
+void TestPlaylistExporter::pubkeyPanelCodes()
+{
+    QFETCH(QString, code);
+    QFETCH(QString, guiType);
+    QCOMPARE(PlaylistExporter::pubkeyPanelToGuiType(code), guiType);
+}
+
+void TestPlaylistExporter::unencryptedJsonIsByteExact()
+{
+    PlaylistExportRequest r = request(2);
+    const QByteArray expected = R"({
+    "boot_policy": "exclusive",
+    "encrypt": {
+        "enabled": false
+    },
+    "frames": [
+        {
+            "file": "frame_000.bin"
+        },
+        {
+            "file": "frame_001.bin"
+        }
+    ],
+    "play": {
+        "loop": true,
+        "mode": "sequence"
+    },
+    "schedule": {
+        "interval_min": 30,
+        "type": "interval"
+    },
+    "screen": {
+        "height": 1600,
+        "panel": "13.3",
+        "width": 1200
+    },
+    "version": 1
+}
+)";
+    QCOMPARE(PlaylistExporter::buildPlaylistJson(r), expected);
+}
+
+void TestPlaylistExporter::encryptedJsonIsByteExact()
+{
+    PlaylistExportRequest r = request(1);
+    r.panel = PlaylistExporter::panelFromGuiType(QStringLiteral("253"), QString());
+    r.loop = false;
+    r.intervalMinutes = 1440;
+    r.encrypt = true;
+    r.accountUid = QStringLiteral("u-42");
+    r.deviceIds = QStringList{QStringLiteral("A1B2C3D4E5F6")};
+    const QByteArray expected = R"({
+    "boot_policy": "exclusive",
+    "encrypt": {
+        "account_uid": "u-42",
+        "device_ids": [
+            "A1B2C3D4E5F6"
+        ],
+        "enabled": true,
+        "recipient_count": 1,
+        "require_provisioned": true,
+        "scheme": "ecies-p256-gcm-v1"
+    },
+    "frames": [
+        {
+            "file": "frame_000.bin"
+        }
+    ],
+    "play": {
+        "loop": false,
+        "mode": "sequence"
+    },
+    "schedule": {
+        "interval_min": 1440,
+        "type": "interval"
+    },
+    "screen": {
+        "height": 3200,
+        "panel": "25.3",
+        "width": 1800
+    },
+    "version": 3
+}
+)";
+    QCOMPARE(PlaylistExporter::buildPlaylistJson(r), expected);
+}
+
+void TestPlaylistExporter::encryptionWithoutDeviceIds()
+{
+    PlaylistExportRequest r = request(1);
+    r.encrypt = true;
+    const QJsonObject root = QJsonDocument::fromJson(PlaylistExporter::buildPlaylistJson(r)).object();
+    const QJsonObject encrypt = root.value("encrypt").toObject();
+    QCOMPARE(root.value("version").toInt(), 3);
+    QVERIFY(encrypt.value("enabled").toBool());
+    QCOMPARE(encrypt.value("recipient_count").toInt(-1), 0);
+    QVERIFY(encrypt.value("device_ids").isArray());
+    QVERIFY(encrypt.value("device_ids").toArray().isEmpty());
+    QCOMPARE(encrypt.value("account_uid").toString("x"), QString());
+}
+
+void TestPlaylistExporter::exportsFramesAndPlaylist()
+{
+    const PlaylistExportRequest r = request(3);
+    QCOMPARE(PlaylistExporter::exportPlaylist(r), QString());
+    const QDir out(r.outputDir);
+    QCOMPARE(out.entryList(QDir::Files, QDir::Name),
+             (QStringList{"frame_000.bin", "frame_001.bin", "frame_002.bin", "playlist.json"}));
+    for (int i = 0; i < 3; ++i)
+        QCOMPARE(TestFiles::read(out.filePath(r.frameNames.at(i))), "frame " + QByteArray::number(i));
+    QCOMPARE(TestFiles::read(out.filePath("playlist.json")), PlaylistExporter::buildPlaylistJson(r));
+    // The sources are copied, never moved.
+    for (const QString &source : r.sourcePaths)
+        QVERIFY(QFileInfo::exists(source));
+}
+
+void TestPlaylistExporter::invalidPanelFailsFirst()
+{
+    PlaylistExportRequest r = request(1);
+    r.panel = PlaylistExporter::panelFromGuiType(QStringLiteral("custom"), QStringLiteral("1200x825"));
+    r.intervalMinutes = 1; // would fail later
+    r.sourcePaths.clear(); // would fail later
+    QCOMPARE(PlaylistExporter::exportPlaylist(r), QStringLiteral("Invalid panel info."));
+    QVERIFY(!QFileInfo::exists(r.outputDir));
+    QCOMPARE(r.panel.error, QStringLiteral("Custom panel type cannot build a TF playlist. Choose 133 / 070 / 100 / 253 / 285."));
+    r.panel = PanelSpec();
+    QCOMPARE(PlaylistExporter::exportPlaylist(r), QStringLiteral("Invalid panel info."));
+}
+
+void TestPlaylistExporter::checksRunInOrder()
+{
+    PlaylistExportRequest r = request(2);
+    r.sourcePaths.removeLast();
+    r.intervalMinutes = 2;
+    QCOMPARE(PlaylistExporter::exportPlaylist(r), QStringLiteral("帧列表与源文件数量不一致。"));
+
+    r = request(0);
+    r.intervalMinutes = 2;
+    QCOMPARE(PlaylistExporter::exportPlaylist(r), QStringLiteral("播放列表至少需要一帧 BIN 文件。"));
+
+    r = request(1);
+    r.intervalMinutes = 2;
+    r.outputDir.clear();
+    QCOMPARE(PlaylistExporter::exportPlaylist(r), QStringLiteral("轮播间隔至少为 3 分钟。"));
+    QVERIFY(!QFileInfo::exists(m_dir.filePath("out")));
+}
+
+void TestPlaylistExporter::intervalBounds_data()
+{
+    QTest::addColumn<int>("minutes");
+    QTest::addColumn<QString>("error");
+    QTest::newRow("2") << 2 << "轮播间隔至少为 3 分钟。";
+    QTest::newRow("-5") << -5 << "轮播间隔至少为 3 分钟。";
+    QTest::newRow("3") << 3 << "";
+    QTest::newRow("50000") << 50000 << "";
+    QTest::newRow("50001") << 50001 << "轮播间隔不能超过 50000 分钟。";
+}
+
+void TestPlaylistExporter::intervalBounds()
+{
+    QFETCH(int, minutes);
+    QFETCH(QString, error);
+    PlaylistExportRequest r = request(1);
+    r.intervalMinutes = minutes;
+    QCOMPARE(PlaylistExporter::exportPlaylist(r), error);
+    if (error.isEmpty()) {
+        const QJsonObject root = QJsonDocument::fromJson(TestFiles::read(QDir(r.outputDir).filePath("playlist.json"))).object();
+        QCOMPARE(root.value("schedule").toObject().value("interval_min").toInt(), minutes);
+    }
+}
+
+void TestPlaylistExporter::thousandFramesAcceptedThousandAndOneRefused()
+{
+    PlaylistExportRequest r = request(1001);
+    QCOMPARE(PlaylistExporter::exportPlaylist(r), QStringLiteral("A playlist supports at most 1000 frame(s)."));
+    QVERIFY(!QFileInfo::exists(r.outputDir));
+
+    r.frameNames.removeLast();
+    r.sourcePaths.removeLast();
+    QCOMPARE(PlaylistExporter::exportPlaylist(r), QString());
+    QVERIFY(QFileInfo::exists(QDir(r.outputDir).filePath("frame_999.bin")));
+    const QJsonObject root = QJsonDocument::fromJson(TestFiles::read(QDir(r.outputDir).filePath("playlist.json"))).object();
+    QCOMPARE(root.value("frames").toArray().size(), 1000);
+}
+
+void TestPlaylistExporter::emptyOutputDirIsRefused()
+{
+    PlaylistExportRequest r = request(1);
+    r.outputDir.clear();
+    QCOMPARE(PlaylistExporter::exportPlaylist(r), QStringLiteral("请指定 vl_play 输出目录。"));
+}
+
+void TestPlaylistExporter::missingBinStopsAndKeepsEarlierCopies()
+{
+    PlaylistExportRequest r = request(3);
+    const QString gone = m_dir.filePath("bins/gone.bin");
+    r.sourcePaths[1] = gone;
+    QCOMPARE(PlaylistExporter::exportPlaylist(r), QStringLiteral("BIN 文件不存在: ") + gone);
+    const QDir out(r.outputDir);
+    QVERIFY(QFileInfo::exists(out.filePath("frame_000.bin")));
+    QVERIFY(!QFileInfo::exists(out.filePath("frame_001.bin")));
+    QVERIFY(!QFileInfo::exists(out.filePath("playlist.json")));
+}
+
+void TestPlaylistExporter::nativeSeparatorsAreAccepted()
+{
+    PlaylistExportRequest r = request(1);
+    r.outputDir = QDir::toNativeSeparators(r.outputDir);
+    r.sourcePaths[0] = QDir::toNativeSeparators(r.sourcePaths[0]);
+    QCOMPARE(PlaylistExporter::exportPlaylist(r), QString());
+}
+
+void TestPlaylistExporter::reExportReplacesFramesAndPlaylist()
+{
+    PlaylistExportRequest r = request(2);
+    QCOMPARE(PlaylistExporter::exportPlaylist(r), QString());
+    const QDir out(r.outputDir);
+
+    QVERIFY(TestFiles::write(r.sourcePaths.at(0), "second run"));
+    r.loop = false;
+    QCOMPARE(PlaylistExporter::exportPlaylist(r), QString());
+    QCOMPARE(TestFiles::read(out.filePath("frame_000.bin")), QByteArray("second run"));
+    QCOMPARE(TestFiles::read(out.filePath("playlist.json")), PlaylistExporter::buildPlaylistJson(r));
+    QVERIFY(TestFiles::read(out.filePath("playlist.json")).contains("\"loop\": false"));
+}
+
+void TestPlaylistExporter::outputDirThatCannotBeCreated()
+{
+    PlaylistExportRequest r = request(1);
+    QVERIFY(TestFiles::write(m_dir.filePath("blocker"), "a file, not a folder"));
+    r.outputDir = m_dir.filePath("blocker/vl_play");
+    QCOMPARE(PlaylistExporter::exportPlaylist(r), QStringLiteral("无法创建目录: ") + r.outputDir);
+}
+
+void TestPlaylistExporter::playlistJsonThatCannotBeOpened()
+{
+    PlaylistExportRequest r = request(1);
+    QVERIFY(QDir().mkpath(QDir(r.outputDir).filePath("playlist.json")));
+    const QString jsonPath = QDir(r.outputDir).filePath("playlist.json");
+    QCOMPARE(PlaylistExporter::exportPlaylist(r), QStringLiteral("无法写入 playlist.json: ") + jsonPath);
+    QVERIFY(QFileInfo::exists(QDir(r.outputDir).filePath("frame_000.bin")));
+    QDir(jsonPath).removeRecursively();
+}
+
+void TestPlaylistExporter::copyFailureNamesBothPaths()
+{
+    PlaylistExportRequest r = request(1);
+    // A folder in the way of the frame file: it cannot be removed by QFile, so the copy fails.
+    const QString target = QDir(r.outputDir).filePath("frame_000.bin");
+    QVERIFY(QDir().mkpath(QDir(target).filePath("inner")));
+    QCOMPARE(PlaylistExporter::exportPlaylist(r), QStringLiteral("Copy failed: %1 → %2").arg(r.sourcePaths.at(0), target));
+    QDir(target).removeRecursively();
+}
+
+QTEST_GUILESS_MAIN(TestPlaylistExporter)
 #include "tst_PlaylistExporter.moc"
