@@ -16,9 +16,7 @@ MainWindow::MainWindow(QWidget *parent)
 
 MainWindow::~MainWindow() = default;
 
-void MainWindow::setUiLanguage(UiLanguage::Lang /*lang*/)
-{
-}
+void MainWindow::setUiLanguage(UiLanguage::Lang /*lang*/) {}
 
 void MainWindow::onShowLog()
 {

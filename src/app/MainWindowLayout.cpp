@@ -76,8 +76,8 @@ void MainWindow::showAboutBox()
     box.setIcon(QMessageBox::Information);
     box.setTextFormat(Qt::RichText);
     box.setText(Str::aboutHtml());
-    box.setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::LinksAccessibleByMouse
-                                | Qt::LinksAccessibleByKeyboard);
+    box.setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::LinksAccessibleByMouse |
+                                Qt::LinksAccessibleByKeyboard);
     box.setStandardButtons(QMessageBox::Ok);
     box.exec();
 }

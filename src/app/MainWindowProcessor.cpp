@@ -7,10 +7,7 @@ namespace {
 const QString kLiteVariantId = QStringLiteral("lite");
 }
 
-QString MainWindow::currentVariantId() const
-{
-    return kLiteVariantId;
-}
+QString MainWindow::currentVariantId() const { return kLiteVariantId; }
 
 void MainWindow::loadProcessorConfig()
 {

@@ -138,7 +138,7 @@ PanelSpec panelFromGuiType(const QString &guiType, const QString &customText)
     if (guiType == QLatin1String("custom")) {
         static const QRegularExpression customSize(QStringLiteral("^(\\d+)\\s*[xX×]\\s*(\\d+)$"));
         spec.error = customSize.match(customText.trimmed()).hasMatch() ? Str::customPanelNoPlaylist()
-                                                                        : Str::customPanelSizeInvalid();
+                                                                       : Str::customPanelSizeInvalid();
     } else {
         spec.error = Str::unknownPanelType(guiType);
     }

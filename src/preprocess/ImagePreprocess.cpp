@@ -2,30 +2,18 @@
 
 #include "ui/AppStrings.h"
 
-QString fillModeLabel(FillMode mode)
-{
-    return Str::fillModeLabel(mode);
-}
+QString fillModeLabel(FillMode mode) { return Str::fillModeLabel(mode); }
 
-QString fillModeButtonText(FillMode mode)
-{
-    return Str::fillModeButtonText(mode);
-}
+QString fillModeButtonText(FillMode mode) { return Str::fillModeButtonText(mode); }
 
-QString fillModeToolTip(FillMode mode)
-{
-    return Str::fillModeToolTip(mode);
-}
+QString fillModeToolTip(FillMode mode) { return Str::fillModeToolTip(mode); }
 
 QString formatPreprocStateLabel(const PreprocState &state)
 {
     return Str::formatPreprocStateLabel(state.fillMode, state.rotationDegrees);
 }
 
-FillMode defaultFillMode()
-{
-    return FillMode::BlurFill;
-}
+FillMode defaultFillMode() { return FillMode::BlurFill; }
 
 QString formatPanelResolutionText(const QSize &size)
 {

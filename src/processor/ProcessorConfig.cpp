@@ -12,10 +12,7 @@
 #include <QJsonParseError>
 
 namespace {
-QString cleanAbsolute(const QString &path)
-{
-    return QDir::cleanPath(QFileInfo(path).absoluteFilePath());
-}
+QString cleanAbsolute(const QString &path) { return QDir::cleanPath(QFileInfo(path).absoluteFilePath()); }
 } // namespace
 
 QStringList jsonToStringList(const QJsonValue &value)
@@ -30,10 +27,7 @@ QStringList jsonToStringList(const QJsonValue &value)
     return list;
 }
 
-QString ProcessorConfig::fileName()
-{
-    return QStringLiteral("tarngui_lite.json");
-}
+QString ProcessorConfig::fileName() { return QStringLiteral("tarngui_lite.json"); }
 
 QString ProcessorConfig::locateConfigFile()
 {
@@ -126,10 +120,7 @@ VariantConfig ProcessorConfig::parseVariant(const QString &id, const QJsonObject
     return variant;
 }
 
-QStringList ProcessorConfig::variantIds() const
-{
-    return m_variants.keys();
-}
+QStringList ProcessorConfig::variantIds() const { return m_variants.keys(); }
 
 QString ProcessorConfig::displayName(const QString &id) const
 {
@@ -147,10 +138,7 @@ bool ProcessorConfig::setActiveVariant(const QString &id)
     return true;
 }
 
-VariantConfig ProcessorConfig::variant(const QString &id) const
-{
-    return m_variants.value(id);
-}
+VariantConfig ProcessorConfig::variant(const QString &id) const { return m_variants.value(id); }
 
 QString ProcessorConfig::resolvePath(const QString &path) const
 {

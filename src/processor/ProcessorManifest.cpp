@@ -10,28 +10,31 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
-QString ProcessorManifest::fileName()
-{
-    return QStringLiteral("processor_manifest.json");
-}
+QString ProcessorManifest::fileName() { return QStringLiteral("processor_manifest.json"); }
 
-QString ProcessorManifest::builtInPath()
-{
-    return QStringLiteral(":/manifest/processor_manifest.json");
-}
+QString ProcessorManifest::builtInPath() { return QStringLiteral(":/manifest/processor_manifest.json"); }
 
 QStringList ProcessorManifest::defaultRequiredFiles()
 {
     return {
-        QStringLiteral("TARN-lite.exe"),      QStringLiteral("libcrypto-3-x64.dll"),
-        QStringLiteral("opencv_core4.dll"),   QStringLiteral("opencv_imgproc4.dll"),
-        QStringLiteral("opencv_imgcodecs4.dll"), QStringLiteral("zlib1.dll"),
-        QStringLiteral("jpeg62.dll"),         QStringLiteral("libpng16.dll"),
-        QStringLiteral("tiff.dll"),           QStringLiteral("libwebp.dll"),
-        QStringLiteral("libwebpdecoder.dll"), QStringLiteral("libwebpdemux.dll"),
-        QStringLiteral("libwebpmux.dll"),     QStringLiteral("libsharpyuv.dll"),
-        QStringLiteral("liblzma.dll"),        QStringLiteral("msvcp140.dll"),
-        QStringLiteral("vcruntime140.dll"),   QStringLiteral("vcruntime140_1.dll"),
+        QStringLiteral("TARN-lite.exe"),
+        QStringLiteral("libcrypto-3-x64.dll"),
+        QStringLiteral("opencv_core4.dll"),
+        QStringLiteral("opencv_imgproc4.dll"),
+        QStringLiteral("opencv_imgcodecs4.dll"),
+        QStringLiteral("zlib1.dll"),
+        QStringLiteral("jpeg62.dll"),
+        QStringLiteral("libpng16.dll"),
+        QStringLiteral("tiff.dll"),
+        QStringLiteral("libwebp.dll"),
+        QStringLiteral("libwebpdecoder.dll"),
+        QStringLiteral("libwebpdemux.dll"),
+        QStringLiteral("libwebpmux.dll"),
+        QStringLiteral("libsharpyuv.dll"),
+        QStringLiteral("liblzma.dll"),
+        QStringLiteral("msvcp140.dll"),
+        QStringLiteral("vcruntime140.dll"),
+        QStringLiteral("vcruntime140_1.dll"),
         QStringLiteral("concrt140.dll"),
     };
 }
@@ -91,8 +94,8 @@ ProcessorManifest::Validation ProcessorManifest::validate(const QString &process
 
     QJsonObject manifest;
     const QStringList required = loadManifestObject(result.processorDir, &manifest)
-        ? requiredFilesFromObject(manifest)
-        : defaultRequiredFiles();
+                                     ? requiredFilesFromObject(manifest)
+                                     : defaultRequiredFiles();
     for (const QString &name : required) {
         if (!filePresent(result.processorDir, name))
             result.missing << name;

@@ -14,10 +14,7 @@ QString pick(const char *zh, const char *en)
     return chosen ? QString::fromUtf8(chosen) : QString();
 }
 
-QString pickQ(const QString &zh, const QString &en)
-{
-    return UiLanguage::isEnglish() ? en : zh;
-}
+QString pickQ(const QString &zh, const QString &en) { return UiLanguage::isEnglish() ? en : zh; }
 
 // --- Application and menus ---
 
@@ -31,10 +28,7 @@ QString appVersionString()
     return version + QStringLiteral(" beta");
 }
 
-QString windowTitle()
-{
-    return QStringLiteral("%1  v%2").arg(appDisplayName(), appVersionString());
-}
+QString windowTitle() { return QStringLiteral("%1  v%2").arg(appDisplayName(), appVersionString()); }
 
 QString menuFile() { return pick("文件(&F)", "File(&F)"); }
 QString menuHelp() { return pick("帮助(&H)", "Help(&H)"); }
@@ -59,29 +53,29 @@ QString offlineGuideLinkHtml()
 
 QString aboutHtml()
 {
-    const QString heading = QStringLiteral("<p><b>%1 v%2</b></p>")
-                                .arg(appDisplayName().toHtmlEscaped(), appVersionString());
-    const QString body = pick(
-        "<p>为您的相框制作专属的 TF 卡离线播放内容。<b>全程离线工作。</b> %1</p>"
-        "<p><b>使用方法：</b></p>"
-        "<ol>"
-        "<li>导入设备密钥文件，并设置竖屏或横屏方向</li>"
-        "<li>添加要展示的图片，并按需调整</li>"
-        "<li>设置 TF 卡播放参数和输出文件夹位置</li>"
-        "<li>点击<b>“开始处理”</b></li>"
-        "</ol>"
-        "<p>处理完成后，将 vl_play 文件夹复制到 TF 卡根目录，再把卡插入相框即可播放。</p>",
-        "<p>Creates dedicated offline TF card playback content for your frame. "
-        "<b>Works fully offline.</b> %1</p>"
-        "<p><b>How to use:</b></p>"
-        "<ol>"
-        "<li>Import the device key file and set portrait or landscape orientation</li>"
-        "<li>Add the images you want to display and adjust them as needed</li>"
-        "<li>Configure TF card playback settings and the output folder location</li>"
-        "<li>Click <b>\"Start Processing\"</b></li>"
-        "</ol>"
-        "<p>When processing is done, copy the vl_play folder to the root of the TF card "
-        "and insert the card into the frame to play.</p>");
+    const QString heading =
+        QStringLiteral("<p><b>%1 v%2</b></p>").arg(appDisplayName().toHtmlEscaped(), appVersionString());
+    const QString body =
+        pick("<p>为您的相框制作专属的 TF 卡离线播放内容。<b>全程离线工作。</b> %1</p>"
+             "<p><b>使用方法：</b></p>"
+             "<ol>"
+             "<li>导入设备密钥文件，并设置竖屏或横屏方向</li>"
+             "<li>添加要展示的图片，并按需调整</li>"
+             "<li>设置 TF 卡播放参数和输出文件夹位置</li>"
+             "<li>点击<b>“开始处理”</b></li>"
+             "</ol>"
+             "<p>处理完成后，将 vl_play 文件夹复制到 TF 卡根目录，再把卡插入相框即可播放。</p>",
+             "<p>Creates dedicated offline TF card playback content for your frame. "
+             "<b>Works fully offline.</b> %1</p>"
+             "<p><b>How to use:</b></p>"
+             "<ol>"
+             "<li>Import the device key file and set portrait or landscape orientation</li>"
+             "<li>Add the images you want to display and adjust them as needed</li>"
+             "<li>Configure TF card playback settings and the output folder location</li>"
+             "<li>Click <b>\"Start Processing\"</b></li>"
+             "</ol>"
+             "<p>When processing is done, copy the vl_play folder to the root of the TF card "
+             "and insert the card into the frame to play.</p>");
     return heading + body.arg(offlineGuideLinkHtml());
 }
 
@@ -108,6 +102,10 @@ QString browseButton() { return pick("浏览...", "Browse..."); }
 QString keyFileLabel() { return pick("密钥文件:", "Key file:"); }
 QString importKeyButton() { return pick("导入密钥...", "Import Key..."); }
 QString selectKeyFile() { return pick("选择密钥文件", "Select key file"); }
+QString keyFileComboText(const QString &panelCode, const QString &detail)
+{
+    return QStringLiteral("%1 · %2").arg(panelCode, detail);
+}
 QString processorVariant() { return pick("处理器版本:", "Processor variant:"); }
 QString processorVariantTip()
 {
@@ -169,10 +167,7 @@ QStringList strategyDirect()
             QStringLiteral("manual-mode")};
 }
 
-QStringList strategyWithGlobal()
-{
-    return QStringList{globalDefaultStrategy()} + strategyDirect();
-}
+QStringList strategyWithGlobal() { return QStringList{globalDefaultStrategy()} + strategyDirect(); }
 
 QStringList modeList()
 {
@@ -204,7 +199,10 @@ QString intervalUnitDays() { return pick("天", "d"); }
 QString intervalUnitHours() { return pick("小时", "h"); }
 QString intervalUnitMinutes() { return pick("分钟", "min"); }
 QString loopPlayback() { return pick("循环播放", "Loop playback"); }
-QString loopPlaybackTip() { return pick("对应 playlist.json 中的 play.loop", "Maps to play.loop in playlist.json"); }
+QString loopPlaybackTip()
+{
+    return pick("对应 playlist.json 中的 play.loop", "Maps to play.loop in playlist.json");
+}
 QString saveLocation() { return pick("保存位置:", "Save location:"); }
 QString playlistDirPlaceholderLite()
 {
@@ -231,8 +229,7 @@ QString openOutputDir() { return pick("打开输出目录", "Open Output Folder"
 QString createPlaylist() { return pick("创建播放列表", "Create Playlist"); }
 QString createPlaylistTip()
 {
-    return pick("用上次处理得到的 BIN 文件创建 vl_play",
-                "Create vl_play from the BIN files of the last run");
+    return pick("用上次处理得到的 BIN 文件创建 vl_play", "Create vl_play from the BIN files of the last run");
 }
 
 } // namespace Str

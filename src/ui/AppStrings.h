@@ -55,6 +55,7 @@ QString browseButton();
 QString keyFileLabel();
 QString importKeyButton();
 QString selectKeyFile();
+QString keyFileComboText(const QString &panelCode, const QString &detail);
 QString processorVariant();
 QString processorVariantTip();
 QString workDir();

@@ -28,8 +28,7 @@ QString batchRotateTitle() { return pick("批量旋转", "Batch Rotate"); }
 QString frameSettingsProgressTitle() { return pick("相框设置", "Frame Settings"); }
 QString dragReorderTip()
 {
-    return pick("使用每行的 ↑↓ 按钮调整播放顺序",
-                "Use the ↑↓ buttons on each row to change playback order");
+    return pick("使用每行的 ↑↓ 按钮调整播放顺序", "Use the ↑↓ buttons on each row to change playback order");
 }
 QString moveRowUpTip() { return pick("上移", "Move up"); }
 QString moveRowDownTip() { return pick("下移", "Move down"); }
@@ -71,16 +70,16 @@ QStringList tableHeadersLite()
     if (UiLanguage::isEnglish())
         return {QStringLiteral("Sel"), QStringLiteral("Ord"), QStringLiteral("Thumb"),
                 QStringLiteral("Filename"), QStringLiteral("Status")};
-    return {QStringLiteral("选"), QStringLiteral("序"), QStringLiteral("缩略图"),
-            QStringLiteral("文件名"), QStringLiteral("状态")};
+    return {QStringLiteral("选"), QStringLiteral("序"), QStringLiteral("缩略图"), QStringLiteral("文件名"),
+            QStringLiteral("状态")};
 }
 QStringList tableHeadersInternal()
 {
     if (UiLanguage::isEnglish())
-        return {QStringLiteral("Sel"), QStringLiteral("Ord"), QStringLiteral("Thumb"),
-                QStringLiteral("Filename"), QStringLiteral("Strategy"),
-                QStringLiteral("Enhancement mode"), QStringLiteral("Status")};
-    return {QStringLiteral("选"), QStringLiteral("序"), QStringLiteral("缩略图"),
+        return {QStringLiteral("Sel"),      QStringLiteral("Ord"),      QStringLiteral("Thumb"),
+                QStringLiteral("Filename"), QStringLiteral("Strategy"), QStringLiteral("Enhancement mode"),
+                QStringLiteral("Status")};
+    return {QStringLiteral("选"),     QStringLiteral("序"),   QStringLiteral("缩略图"),
             QStringLiteral("文件名"), QStringLiteral("策略"), QStringLiteral("增强模式"),
             QStringLiteral("状态")};
 }
@@ -107,7 +106,10 @@ QString imageFileFilter()
     return pick("图片 (*.jpg *.jpeg *.png *.bmp *.tif *.tiff *.webp *.heic *.heif);;所有文件 (*)",
                 "Images (*.jpg *.jpeg *.png *.bmp *.tif *.tiff *.webp *.heic *.heif);;All files (*)");
 }
-QString exeFileFilter() { return pick("可执行文件 (*.exe);;所有文件 (*)", "Executables (*.exe);;All files (*)"); }
+QString exeFileFilter()
+{
+    return pick("可执行文件 (*.exe);;所有文件 (*)", "Executables (*.exe);;All files (*)");
+}
 QString lutFileFilter() { return pick("LUT 文件 (*.bin);;所有文件 (*)", "LUT files (*.bin);;All files (*)"); }
 QString analysisFileFilter()
 {
@@ -127,15 +129,27 @@ QString confirmReprocessAll()
                 "All images are done. Reset status and process again?");
 }
 QString addImagesFirst() { return pick("请先添加要处理的图片。", "Add images to process first."); }
-QString setAnalysisOutputFirst() { return pick("请先设置分析输出文件。", "Set the analysis output file first."); }
-QString setPlaylistSaveLocation() { return pick("请设置播放列表保存位置。", "Set the playlist save location."); }
+QString setAnalysisOutputFirst()
+{
+    return pick("请先设置分析输出文件。", "Set the analysis output file first.");
+}
+QString setPlaylistSaveLocation()
+{
+    return pick("请设置播放列表保存位置。", "Set the playlist save location.");
+}
 QString setOutputPathFirst() { return pick("请先设置输出路径。", "Set the output path first."); }
 QString lutNotFound(const QString &path)
 {
     return pick("未找到 LUT 文件: %1", "LUT file not found: %1").arg(path);
 }
-QString stopBeforeClear() { return pick("请先停止处理，再清空列表。", "Stop processing before clearing the list."); }
-QString stopBeforeRemove() { return pick("请先停止处理，再移除项目。", "Stop processing before removing items."); }
+QString stopBeforeClear()
+{
+    return pick("请先停止处理，再清空列表。", "Stop processing before clearing the list.");
+}
+QString stopBeforeRemove()
+{
+    return pick("请先停止处理，再移除项目。", "Stop processing before removing items.");
+}
 QString processingPlaylistBusy()
 {
     return pick("正在处理中。请在处理完成后再创建播放列表。",
@@ -156,7 +170,10 @@ QString noBinFiles()
     return pick("未找到 BIN 文件。请先完成处理，或关闭“仅 JPG 预览”。",
                 "No BIN files found. Finish processing first, or disable JPG preview only.");
 }
-QString selectImagesForBatch() { return pick("请先勾选要批量操作的图片。", "Select images to apply batch actions."); }
+QString selectImagesForBatch()
+{
+    return pick("请先勾选要批量操作的图片。", "Select images to apply batch actions.");
+}
 QString customPanelSizeInvalid()
 {
     return pick("自定义面板尺寸无效。请使用 宽x高 格式，如 1200x1600。",

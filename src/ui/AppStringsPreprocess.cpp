@@ -8,11 +8,16 @@ namespace Str {
 QString fillModeLabel(FillMode mode)
 {
     switch (mode) {
-    case FillMode::Direct: return pick("TARN 直出", "TARN direct");
-    case FillMode::WhiteFill: return pick("白色填充", "White fill");
-    case FillMode::BlackFill: return pick("黑色填充", "Black fill");
-    case FillMode::CenterCrop: return pick("居中裁剪", "Center crop");
-    case FillMode::BlurFill: break;
+    case FillMode::Direct:
+        return pick("TARN 直出", "TARN direct");
+    case FillMode::WhiteFill:
+        return pick("白色填充", "White fill");
+    case FillMode::BlackFill:
+        return pick("黑色填充", "Black fill");
+    case FillMode::CenterCrop:
+        return pick("居中裁剪", "Center crop");
+    case FillMode::BlurFill:
+        break;
     }
     return pick("模糊填充", "Blur fill"); // also for values outside the enumeration
 }
@@ -20,11 +25,16 @@ QString fillModeLabel(FillMode mode)
 QString fillModeButtonText(FillMode mode)
 {
     switch (mode) {
-    case FillMode::Direct: return QStringLiteral("TARN");
-    case FillMode::WhiteFill: return pick("白底", "White");
-    case FillMode::BlackFill: return pick("黑底", "Black");
-    case FillMode::CenterCrop: return pick("裁剪", "Crop");
-    case FillMode::BlurFill: break;
+    case FillMode::Direct:
+        return QStringLiteral("TARN");
+    case FillMode::WhiteFill:
+        return pick("白底", "White");
+    case FillMode::BlackFill:
+        return pick("黑底", "Black");
+    case FillMode::CenterCrop:
+        return pick("裁剪", "Crop");
+    case FillMode::BlurFill:
+        break;
     }
     return pick("模糊", "Blur");
 }
@@ -65,8 +75,14 @@ QString rotateCaption() { return pick("旋转", "Rotate"); }
 QString rotateCaptionInline() { return pick("旋转:", "Rotate:"); }
 QString rotateLeft() { return pick("向左旋转", "Rotate left"); }
 QString rotateRight() { return pick("向右旋转", "Rotate right"); }
-QString rotateLeftTip() { return pick("逆时针旋转 90°（可多次点击）", "Rotate 90° counter-clockwise (click to add)"); }
-QString rotateRightTip() { return pick("顺时针旋转 90°（可多次点击）", "Rotate 90° clockwise (click to add)"); }
+QString rotateLeftTip()
+{
+    return pick("逆时针旋转 90°（可多次点击）", "Rotate 90° counter-clockwise (click to add)");
+}
+QString rotateRightTip()
+{
+    return pick("顺时针旋转 90°（可多次点击）", "Rotate 90° clockwise (click to add)");
+}
 QString rotationCurrent(int degrees) { return pick("当前 %1°", "Current %1°").arg(degrees); }
 QString batchRotateLeft() { return pick("向左", "left"); }
 QString batchRotateRight() { return pick("向右", "right"); }
@@ -135,6 +151,9 @@ QString cropLandscapeHint()
     return pick("横向相框：选区按横向比例，导出时顺时针旋转 90°",
                 "Landscape frame: the selection is landscape and turns 90° clockwise on export");
 }
-QString cropPortraitHint() { return pick("竖向相框：选区按竖向比例", "Portrait frame: the selection is portrait"); }
+QString cropPortraitHint()
+{
+    return pick("竖向相框：选区按竖向比例", "Portrait frame: the selection is portrait");
+}
 
 } // namespace Str

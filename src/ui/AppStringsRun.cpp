@@ -6,10 +6,7 @@
 namespace Str {
 
 namespace {
-QString num(int value)
-{
-    return QString::number(value);
-}
+QString num(int value) { return QString::number(value); }
 
 // 8 lower-case hexadecimal digits of the exit code's 32 bits (0xC0000135 -> "c0000135").
 QString hex8(int exitCode)
@@ -55,13 +52,13 @@ QString startAnalysis(int count, const QString &analysisOutput)
 }
 QString startProcessingWithPlaylist(int count, const QString &playlistDir)
 {
-    return startProcessing(count) + QLatin1Char('\n')
-        + pick("  播放列表保存位置: %1", "  Playlist save location: %1").arg(playlistDir);
+    return startProcessing(count) + QLatin1Char('\n') +
+           pick("  播放列表保存位置: %1", "  Playlist save location: %1").arg(playlistDir);
 }
 QString startProcessingWithOutput(int count, const QString &outputDir)
 {
-    return startProcessing(count) + QLatin1Char('\n')
-        + pick("  输出目录: %1", "  Output directory: %1").arg(outputDir);
+    return startProcessing(count) + QLatin1Char('\n') +
+           pick("  输出目录: %1", "  Output directory: %1").arg(outputDir);
 }
 QString processFailed(int exitCode)
 {
@@ -72,12 +69,13 @@ QString processCrashed(int exitCode)
     // 0xC0000135: the operating system could not find a library the processor needs.
     const bool missingLibrary = static_cast<quint32>(exitCode) == 0xC0000135u;
     const QString hint = missingLibrary
-        ? pick("  ⚠ 处理器文件夹不完整，请确认所需文件齐全",
-               "  ⚠ Processor folder incomplete; verify all required files are present")
-        : pick("  ⚠ 请确认处理器程序及 processor 文件夹中的依赖文件完好",
-               "  ⚠ Ensure the processor executable and its dependencies in the processor folder are intact");
-    return pick("  ❌ 进程崩溃 (exitCode=0x%1)", "  ❌ Process crashed (exitCode=0x%1)").arg(hex8(exitCode))
-        + QLatin1Char('\n') + hint;
+                             ? pick("  ⚠ 处理器文件夹不完整，请确认所需文件齐全",
+                                    "  ⚠ Processor folder incomplete; verify all required files are present")
+                             : pick("  ⚠ 请确认处理器程序及 processor 文件夹中的依赖文件完好",
+                                    "  ⚠ Ensure the processor executable and its dependencies in the "
+                                    "processor folder are intact");
+    return pick("  ❌ 进程崩溃 (exitCode=0x%1)", "  ❌ Process crashed (exitCode=0x%1)").arg(hex8(exitCode)) +
+           QLatin1Char('\n') + hint;
 }
 QString processStartFailed(const QString &error)
 {
@@ -97,21 +95,27 @@ QString workDirMissing(const QString &dir)
 QString configLoaded(const QString &path) { return pick("已加载配置: %1", "Config loaded: %1").arg(path); }
 QString configLoadWarning(const QString &error)
 {
-    return QStringLiteral("⚠ ") + error + pick(" 将使用界面中的默认路径。", " Using default paths from the UI.");
+    return QStringLiteral("⚠ ") + error +
+           pick(" 将使用界面中的默认路径。", " Using default paths from the UI.");
 }
 QString configReloaded() { return pick("配置已重新加载。", "Config reloaded."); }
-QString unknownPanelType(const QString &type) { return pick("未知的面板类型: ", "Unknown panel type: ") + type; }
+QString unknownPanelType(const QString &type)
+{
+    return pick("未知的面板类型: ", "Unknown panel type: ") + type;
+}
 QString exeNotFound(const QString &variantName, const QString &configName)
 {
-    return pick("未找到处理器可执行文件（%1）。请检查 %2。",
-                "Processor executable not found (%1). Check %2.")
+    return pick("未找到处理器可执行文件（%1）。请检查 %2。", "Processor executable not found (%1). Check %2.")
         .arg(variantName, configName);
 }
 QString copyFailed(const QString &source, const QString &target)
 {
     return pick("复制失败: %1 → %2", "Copy failed: %1 → %2").arg(source, target);
 }
-QString processingInProgress() { return pick("正在处理中，请稍候。", "Processing in progress. Please wait."); }
+QString processingInProgress()
+{
+    return pick("正在处理中，请稍候。", "Processing in progress. Please wait.");
+}
 QString processingCompleteTitle() { return pick("TF 卡内容已就绪", "Ready for Your TF Card"); }
 QString processingCompleteOkButton() { return pick("确定并打开 vl_play", "OK and open the vl_play"); }
 QString processingCompleteHtml()
@@ -137,10 +141,14 @@ QString playlistExportSkippedJpgOnly()
 
 // --- Playlist results ---
 
-QString missingBinList(const QString &names) { return pick("缺少 BIN 的文件:\n%1", "Files missing BIN:\n%1").arg(names); }
+QString missingBinList(const QString &names)
+{
+    return pick("缺少 BIN 的文件:\n%1", "Files missing BIN:\n%1").arg(names);
+}
 QString missingBinCount(int count, const QString &names)
 {
-    return pick("%1 个文件缺少 BIN，将跳过:\n%2", "%1 file(s) missing BIN; will skip:\n%2").arg(num(count), names);
+    return pick("%1 个文件缺少 BIN，将跳过:\n%2", "%1 file(s) missing BIN; will skip:\n%2")
+        .arg(num(count), names);
 }
 QString playlistCreateFailed(const QString &error)
 {
@@ -152,11 +160,15 @@ QString playlistPartialMissing(const QString &message)
     return message + pick("\n\n是否继续创建播放列表？", "\n\nContinue creating the playlist?");
 }
 QString playlistPartialMissingTitle() { return pick("部分文件缺失", "Some Files Missing"); }
-QString playlistSaveLocationMissing() { return pick("请先设置播放列表保存位置。", "Set the playlist save location first."); }
+QString playlistSaveLocationMissing()
+{
+    return pick("请先设置播放列表保存位置。", "Set the playlist save location first.");
+}
 QString playlistSaveLocationNotSet() { return pick("未设置保存位置。", "Save location not set."); }
 QString dirNotExistPlaylist()
 {
-    return pick("播放列表文件夹不存在。请先完成处理。", "Playlist folder does not exist. Finish processing first.");
+    return pick("播放列表文件夹不存在。请先完成处理。",
+                "Playlist folder does not exist. Finish processing first.");
 }
 QString dirNotExistOutput()
 {
@@ -171,7 +183,8 @@ QString playlistDirExists(const QString &path)
 QString playlistDirExistsTitle() { return pick("文件夹已存在", "Folder Exists"); }
 QString playlistCreated(const QString &folder, int frames, int /*intervalMinutes: shown in the log line*/)
 {
-    return pick("播放列表已创建:\n%1\n\n%2 个 BIN 文件和 playlist.json\n请将 vl_play 文件夹复制到 TF 卡根目录。",
+    return pick("播放列表已创建:\n%1\n\n%2 个 BIN 文件和 playlist.json\n请将 vl_play 文件夹复制到 TF "
+                "卡根目录。",
                 "Playlist created:\n%1\n\n%2 BIN file(s) and playlist.json\n"
                 "Copy the vl_play folder to the TF card root.")
         .arg(folder, num(frames));
@@ -223,10 +236,14 @@ QString processorSelfTestStartFailed(const QString &error)
 {
     return pick("错误: 无法启动进程: %1", "Error: failed to start process: %1").arg(error);
 }
-QString processorSelfTestTimedOut() { return pick("错误: 处理器自检超时。", "Error: processor self-test timed out."); }
+QString processorSelfTestTimedOut()
+{
+    return pick("错误: 处理器自检超时。", "Error: processor self-test timed out.");
+}
 QString processorSelfTestCrashed(int exitCode)
 {
-    return pick("错误: 进程崩溃 (exitCode=0x%1)", "Error: process crashed (exitCode=0x%1)").arg(hex8(exitCode));
+    return pick("错误: 进程崩溃 (exitCode=0x%1)", "Error: process crashed (exitCode=0x%1)")
+        .arg(hex8(exitCode));
 }
 QString processorSelfTestAbnormalExit(int exitCode)
 {
@@ -237,7 +254,10 @@ QString processorSelfTestAbnormalExit(int exitCode)
 
 QString configFileNotFound(const QString &fileName) { return QStringLiteral("未找到 ") + fileName; }
 QString configFileUnreadable(const QString &path) { return QStringLiteral("无法读取配置文件: ") + path; }
-QString configJsonParseFailed(const QString &error) { return QStringLiteral("配置文件 JSON 解析失败: ") + error; }
+QString configJsonParseFailed(const QString &error)
+{
+    return QStringLiteral("配置文件 JSON 解析失败: ") + error;
+}
 QString configMissingVariants() { return QStringLiteral("配置文件缺少 variants 节点"); }
 QString configVariantMissingExecutable(const QString &id)
 {
@@ -250,6 +270,9 @@ QString playlistIntervalTooLong() { return QStringLiteral("轮播间隔不能超
 QString playlistOutputDirMissing() { return QStringLiteral("请指定 vl_play 输出目录。"); }
 QString playlistCannotCreateDir(const QString &path) { return QStringLiteral("无法创建目录: ") + path; }
 QString playlistBinMissing(const QString &path) { return QStringLiteral("BIN 文件不存在: ") + path; }
-QString playlistCannotOpenJson(const QString &path) { return QStringLiteral("无法写入 playlist.json: ") + path; }
+QString playlistCannotOpenJson(const QString &path)
+{
+    return QStringLiteral("无法写入 playlist.json: ") + path;
+}
 
 } // namespace Str

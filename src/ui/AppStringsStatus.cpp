@@ -21,36 +21,46 @@ StatusColours coloursFor(RowStatus status)
 {
     static const StatusColours failed{{255, 150, 150}, {74, 42, 42}, {120, 30, 30}, {240, 160, 160}};
     switch (status) {
-    case RowStatus::Processing: return {{173, 216, 230}, {42, 74, 90}, {30, 60, 90}, {170, 212, 238}};
-    case RowStatus::Done: return {{144, 238, 144}, {42, 74, 50}, {30, 90, 30}, {144, 220, 144}};
-    case RowStatus::Cancelled: return {{255, 200, 100}, {74, 58, 32}, {120, 80, 20}, {224, 176, 96}};
+    case RowStatus::Processing:
+        return {{173, 216, 230}, {42, 74, 90}, {30, 60, 90}, {170, 212, 238}};
+    case RowStatus::Done:
+        return {{144, 238, 144}, {42, 74, 50}, {30, 90, 30}, {144, 220, 144}};
+    case RowStatus::Cancelled:
+        return {{255, 200, 100}, {74, 58, 32}, {120, 80, 20}, {224, 176, 96}};
     case RowStatus::Failed:
     case RowStatus::StartFailed:
     case RowStatus::Crashed:
-    case RowStatus::ExitCodeFailed: return failed;
-    case RowStatus::Pending: break;
+    case RowStatus::ExitCodeFailed:
+        return failed;
+    case RowStatus::Pending:
+        break;
     }
     return {{238, 238, 238}, {58, 58, 58}, {80, 80, 80}, {176, 176, 176}}; // Pending, and unknown values
 }
 
 } // namespace
 
-int rowStatusUserRole()
-{
-    return Qt::UserRole + 20;
-}
+int rowStatusUserRole() { return Qt::UserRole + 20; }
 
 QString rowStatusText(RowStatus status, int exitCode)
 {
     switch (status) {
-    case RowStatus::Pending: return pick("待处理", "Pending");
-    case RowStatus::Processing: return pick("处理中...", "Processing...");
-    case RowStatus::Done: return pick("完成 ✓", "Done ✓");
-    case RowStatus::Failed: return pick("失败", "Failed");
-    case RowStatus::StartFailed: return pick("启动失败", "Start failed");
-    case RowStatus::Cancelled: return pick("已取消", "Cancelled");
-    case RowStatus::Crashed: return pick("崩溃", "Crashed");
-    case RowStatus::ExitCodeFailed: return pick("失败(%1)", "Failed (%1)").arg(exitCode);
+    case RowStatus::Pending:
+        return pick("待处理", "Pending");
+    case RowStatus::Processing:
+        return pick("处理中...", "Processing...");
+    case RowStatus::Done:
+        return pick("完成 ✓", "Done ✓");
+    case RowStatus::Failed:
+        return pick("失败", "Failed");
+    case RowStatus::StartFailed:
+        return pick("启动失败", "Start failed");
+    case RowStatus::Cancelled:
+        return pick("已取消", "Cancelled");
+    case RowStatus::Crashed:
+        return pick("崩溃", "Crashed");
+    case RowStatus::ExitCodeFailed:
+        return pick("失败(%1)", "Failed (%1)").arg(exitCode);
     }
     return QString();
 }

@@ -19,9 +19,12 @@ bool isDarkMode()
 #if QT_VERSION >= QT_VERSION_CHECK(6, 5, 0)
     if (const QStyleHints *hints = QGuiApplication::styleHints()) {
         switch (hints->colorScheme()) {
-        case Qt::ColorScheme::Dark: return true;
-        case Qt::ColorScheme::Light: return false;
-        default: break;
+        case Qt::ColorScheme::Dark:
+            return true;
+        case Qt::ColorScheme::Light:
+            return false;
+        default:
+            break;
         }
     }
 #endif
@@ -43,26 +46,28 @@ void applyTo(QApplication *app)
 
 QString applicationStyleSheet()
 {
-    const QString progressAndBrowse = isDarkMode()
-        ? QStringLiteral("QProgressBar {  border: 1px solid #555;  border-radius: 4px;  background: #2a2a2a;"
-                         "  color: #e0e0e0;  text-align: center;  min-height: 18px;}"
-                         "QProgressBar::chunk {  background-color: %1;  border-radius: 3px;}"
-                         "QPushButton#tarnBrowseBtn {  border: 1px solid #555;  border-radius: 3px;"
-                         "  padding: 2px 8px;  background: #3a3a3a;  color: #e0e0e0;}"
-                         "QPushButton#tarnBrowseBtn:hover {  background: #4a4a4a;  border-color: %1;"
-                         "  color: %2;}"
-                         "QPushButton#tarnBrowseBtn:pressed {  background: %3;}")
-        : QStringLiteral("QProgressBar {  border: 1px solid #c8c8c8;  border-radius: 4px;"
-                         "  background: #f0f0f0;  text-align: center;  min-height: 18px;}"
-                         "QProgressBar::chunk {  background-color: %1;  border-radius: 3px;}"
-                         "QPushButton#tarnBrowseBtn {  border: 1px solid #bbb;  border-radius: 3px;"
-                         "  padding: 2px 8px;  background: #f5f5f5;  color: #333;}"
-                         "QPushButton#tarnBrowseBtn:hover {  background: %2;  border-color: %1;"
-                         "  color: %1;}"
-                         "QPushButton#tarnBrowseBtn:pressed {  background: %3;}");
+    const QString progressAndBrowse =
+        isDarkMode()
+            ? QStringLiteral(
+                  "QProgressBar {  border: 1px solid #555;  border-radius: 4px;  background: #2a2a2a;"
+                  "  color: #e0e0e0;  text-align: center;  min-height: 18px;}"
+                  "QProgressBar::chunk {  background-color: %1;  border-radius: 3px;}"
+                  "QPushButton#tarnBrowseBtn {  border: 1px solid #555;  border-radius: 3px;"
+                  "  padding: 2px 8px;  background: #3a3a3a;  color: #e0e0e0;}"
+                  "QPushButton#tarnBrowseBtn:hover {  background: #4a4a4a;  border-color: %1;"
+                  "  color: %2;}"
+                  "QPushButton#tarnBrowseBtn:pressed {  background: %3;}")
+            : QStringLiteral("QProgressBar {  border: 1px solid #c8c8c8;  border-radius: 4px;"
+                             "  background: #f0f0f0;  text-align: center;  min-height: 18px;}"
+                             "QProgressBar::chunk {  background-color: %1;  border-radius: 3px;}"
+                             "QPushButton#tarnBrowseBtn {  border: 1px solid #bbb;  border-radius: 3px;"
+                             "  padding: 2px 8px;  background: #f5f5f5;  color: #333;}"
+                             "QPushButton#tarnBrowseBtn:hover {  background: %2;  border-color: %1;"
+                             "  color: %1;}"
+                             "QPushButton#tarnBrowseBtn:pressed {  background: %3;}");
     const QString titleColour = isDarkMode() ? kAccentPale : kAccent;
-    return progressAndBrowse.arg(kAccent, kAccentPale, kAccentLight)
-        + stepSectionStyleRules().arg(titleColour);
+    return progressAndBrowse.arg(kAccent, kAccentPale, kAccentLight) +
+           stepSectionStyleRules().arg(titleColour);
 }
 
 QString stepSectionStyleRules()

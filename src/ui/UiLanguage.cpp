@@ -6,35 +6,17 @@ namespace {
 Lang g_current = Chinese; // zero-initialised until the entry sets it
 }
 
-Lang current()
-{
-    return g_current;
-}
+Lang current() { return g_current; }
 
-void set(Lang lang)
-{
-    g_current = lang;
-}
+void set(Lang lang) { g_current = lang; }
 
-bool isEnglish()
-{
-    return g_current == English;
-}
+bool isEnglish() { return g_current == English; }
 
-Lang defaultForEdition()
-{
-    return English;
-}
+Lang defaultForEdition() { return English; }
 
-QString settingsKey()
-{
-    return QStringLiteral("ui_language");
-}
+QString settingsKey() { return QStringLiteral("ui_language"); }
 
-QString toSettingsValue(Lang lang)
-{
-    return lang == English ? QStringLiteral("en") : QStringLiteral("zh");
-}
+QString toSettingsValue(Lang lang) { return lang == English ? QStringLiteral("en") : QStringLiteral("zh"); }
 
 Lang fromSettingsValue(const QString &value)
 {

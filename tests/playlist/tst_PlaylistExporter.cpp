@@ -46,10 +46,7 @@ private:
     QTemporaryDir m_dir;
 };
 
-void TestPlaylistExporter::initTestCase()
-{
-    UiLanguage::set(UiLanguage::English);
-}
+void TestPlaylistExporter::initTestCase() { UiLanguage::set(UiLanguage::English); }
 
 void TestPlaylistExporter::init()
 {
@@ -66,7 +63,8 @@ PlaylistExportRequest TestPlaylistExporter::request(int frames)
     r.loop = true;
     r.panel = PlaylistExporter::panelFromGuiType(QStringLiteral("133"), QString());
     for (int i = 0; i < frames; ++i) {
-        const QString source = m_dir.filePath(QStringLiteral("bins/row_%1.bin").arg(i, 4, 10, QLatin1Char('0')));
+        const QString source =
+            m_dir.filePath(QStringLiteral("bins/row_%1.bin").arg(i, 4, 10, QLatin1Char('0')));
         if (!QFileInfo::exists(source))
             TestFiles::write(source, "frame " + QByteArray::number(i));
         r.frameNames << QStringLiteral("frame_%1.bin").arg(i, 3, 10, QLatin1Char('0'));
@@ -80,12 +78,18 @@ void TestPlaylistExporter::panelTypes_data()
     QTest::addColumn<QString>("guiType");
     QTest::addColumn<QString>("code");
     QTest::addColumn<QSize>("size");
-    QTest::newRow("133") << "133" << "13.3" << QSize(1200, 1600);
-    QTest::newRow("070") << "070" << "7.09" << QSize(1200, 1600);
-    QTest::newRow("7.09") << "7.09" << "7.09" << QSize(1200, 1600);
-    QTest::newRow("100") << "100" << "10" << QSize(1200, 1600);
-    QTest::newRow("253") << "253" << "25.3" << QSize(1800, 3200);
-    QTest::newRow("285") << "285" << "28.5" << QSize(2160, 3060);
+    QTest::newRow("133") << "133"
+                         << "13.3" << QSize(1200, 1600);
+    QTest::newRow("070") << "070"
+                         << "7.09" << QSize(1200, 1600);
+    QTest::newRow("7.09") << "7.09"
+                          << "7.09" << QSize(1200, 1600);
+    QTest::newRow("100") << "100"
+                         << "10" << QSize(1200, 1600);
+    QTest::newRow("253") << "253"
+                         << "25.3" << QSize(1800, 3200);
+    QTest::newRow("285") << "285"
+                         << "28.5" << QSize(2160, 3060);
 }
 
 void TestPlaylistExporter::panelTypes()
@@ -138,25 +142,37 @@ void TestPlaylistExporter::customPanel()
     QFETCH(bool, matchesSize);
     const PanelSpec spec = PlaylistExporter::panelFromGuiType(QStringLiteral("custom"), text);
     QVERIFY(!spec.ok);
-    QCOMPARE(spec.error, matchesSize
-                             ? QStringLiteral("Custom panel type cannot build a TF playlist. Choose 133 / 070 / 100 / 253 / 285.")
-                             : QStringLiteral("Invalid custom panel size. Use WxH, e.g. 1200x1600."));
+    QCOMPARE(spec.error,
+             matchesSize
+                 ? QStringLiteral(
+                       "Custom panel type cannot build a TF playlist. Choose 133 / 070 / 100 / 253 / 285.")
+                 : QStringLiteral("Invalid custom panel size. Use WxH, e.g. 1200x1600."));
 }
 
 void TestPlaylistExporter::pubkeyPanelCodes_data()
 {
     QTest::addColumn<QString>("code");
     QTest::addColumn<QString>("guiType");
-    QTest::newRow("7.09") << "7.09" << "070";
-    QTest::newRow("13.3") << "13.3" << "133";
-    QTest::newRow("25.3") << "25.3" << "253";
-    QTest::newRow("28.5") << "28.5" << "285";
-    QTest::newRow("10") << "10" << "100";
-    QTest::newRow("10.0") << "10.0" << "";
-    QTest::newRow("12") << "12" << "";
-    QTest::newRow("133 itself") << "133" << "";
-    QTest::newRow("blank") << " 13.3" << "";
-    QTest::newRow("empty") << "" << "";
+    QTest::newRow("7.09") << "7.09"
+                          << "070";
+    QTest::newRow("13.3") << "13.3"
+                          << "133";
+    QTest::newRow("25.3") << "25.3"
+                          << "253";
+    QTest::newRow("28.5") << "28.5"
+                          << "285";
+    QTest::newRow("10") << "10"
+                        << "100";
+    QTest::newRow("10.0") << "10.0"
+                          << "";
+    QTest::newRow("12") << "12"
+                        << "";
+    QTest::newRow("133 itself") << "133"
+                                << "";
+    QTest::newRow("blank") << " 13.3"
+                           << "";
+    QTest::newRow("empty") << ""
+                           << "";
 }
 
 void TestPlaylistExporter::pubkeyPanelCodes()
@@ -283,7 +299,9 @@ void TestPlaylistExporter::invalidPanelFailsFirst()
     r.sourcePaths.clear(); // would fail later
     QCOMPARE(PlaylistExporter::exportPlaylist(r), QStringLiteral("Invalid panel info."));
     QVERIFY(!QFileInfo::exists(r.outputDir));
-    QCOMPARE(r.panel.error, QStringLiteral("Custom panel type cannot build a TF playlist. Choose 133 / 070 / 100 / 253 / 285."));
+    QCOMPARE(
+        r.panel.error,
+        QStringLiteral("Custom panel type cannot build a TF playlist. Choose 133 / 070 / 100 / 253 / 285."));
     r.panel = PanelSpec();
     QCOMPARE(PlaylistExporter::exportPlaylist(r), QStringLiteral("Invalid panel info."));
 }
@@ -325,7 +343,8 @@ void TestPlaylistExporter::intervalBounds()
     r.intervalMinutes = minutes;
     QCOMPARE(PlaylistExporter::exportPlaylist(r), error);
     if (error.isEmpty()) {
-        const QJsonObject root = QJsonDocument::fromJson(TestFiles::read(QDir(r.outputDir).filePath("playlist.json"))).object();
+        const QJsonObject root =
+            QJsonDocument::fromJson(TestFiles::read(QDir(r.outputDir).filePath("playlist.json"))).object();
         QCOMPARE(root.value("schedule").toObject().value("interval_min").toInt(), minutes);
     }
 }
@@ -333,14 +352,16 @@ void TestPlaylistExporter::intervalBounds()
 void TestPlaylistExporter::thousandFramesAcceptedThousandAndOneRefused()
 {
     PlaylistExportRequest r = request(1001);
-    QCOMPARE(PlaylistExporter::exportPlaylist(r), QStringLiteral("A playlist supports at most 1000 frame(s)."));
+    QCOMPARE(PlaylistExporter::exportPlaylist(r),
+             QStringLiteral("A playlist supports at most 1000 frame(s)."));
     QVERIFY(!QFileInfo::exists(r.outputDir));
 
     r.frameNames.removeLast();
     r.sourcePaths.removeLast();
     QCOMPARE(PlaylistExporter::exportPlaylist(r), QString());
     QVERIFY(QFileInfo::exists(QDir(r.outputDir).filePath("frame_999.bin")));
-    const QJsonObject root = QJsonDocument::fromJson(TestFiles::read(QDir(r.outputDir).filePath("playlist.json"))).object();
+    const QJsonObject root =
+        QJsonDocument::fromJson(TestFiles::read(QDir(r.outputDir).filePath("playlist.json"))).object();
     QCOMPARE(root.value("frames").toArray().size(), 1000);
 }
 
@@ -409,7 +430,8 @@ void TestPlaylistExporter::copyFailureNamesBothPaths()
     // A folder in the way of the frame file: it cannot be removed by QFile, so the copy fails.
     const QString target = QDir(r.outputDir).filePath("frame_000.bin");
     QVERIFY(QDir().mkpath(QDir(target).filePath("inner")));
-    QCOMPARE(PlaylistExporter::exportPlaylist(r), QStringLiteral("Copy failed: %1 → %2").arg(r.sourcePaths.at(0), target));
+    QCOMPARE(PlaylistExporter::exportPlaylist(r),
+             QStringLiteral("Copy failed: %1 → %2").arg(r.sourcePaths.at(0), target));
     QDir(target).removeRecursively();
 }
 

@@ -46,10 +46,7 @@ private:
     QTemporaryDir m_dir;
 };
 
-void TestProcessorConfig::init()
-{
-    QVERIFY(m_dir.isValid());
-}
+void TestProcessorConfig::init() { QVERIFY(m_dir.isValid()); }
 
 QString TestProcessorConfig::writeConfig(const QByteArray &json, const QString &subdir)
 {
@@ -144,7 +141,8 @@ void TestProcessorConfig::emptyExecutableFailsNamingTheVariant()
     QVERIFY(!config.load(writeConfig(R"({"variants": {"lite": {"executable": ""}}})")));
     QCOMPARE(config.lastError(), QStringLiteral("variants.lite 缺少 executable"));
 
-    QVERIFY(!config.load(writeConfig(R"({"variants": {"alpha": {"executable": "a.exe"}, "beta": {"work_dir": "w"}}})")));
+    QVERIFY(!config.load(
+        writeConfig(R"({"variants": {"alpha": {"executable": "a.exe"}, "beta": {"work_dir": "w"}}})")));
     QCOMPARE(config.lastError(), QStringLiteral("variants.beta 缺少 executable"));
     QVERIFY(config.variantIds().isEmpty());
 
@@ -170,7 +168,8 @@ void TestProcessorConfig::badJsonFails()
     QFETCH(QByteArray, bytes);
     ProcessorConfig config;
     QVERIFY(!config.load(writeConfig(bytes)));
-    QVERIFY2(config.lastError().startsWith(QStringLiteral("配置文件 JSON 解析失败: ")), qPrintable(config.lastError()));
+    QVERIFY2(config.lastError().startsWith(QStringLiteral("配置文件 JSON 解析失败: ")),
+             qPrintable(config.lastError()));
     QVERIFY(config.lastError().size() > QStringLiteral("配置文件 JSON 解析失败: ").size());
     QVERIFY(config.variantIds().isEmpty());
 }
@@ -183,8 +182,8 @@ void TestProcessorConfig::unreadableFileFails()
     QCOMPARE(config.lastError(), QStringLiteral("无法读取配置文件: ") + missing);
     // A folder is not a readable file either.
     QVERIFY(!config.load(m_dir.path()));
-    QVERIFY(config.lastError().startsWith(QStringLiteral("配置文件 JSON 解析失败: "))
-            || config.lastError().startsWith(QStringLiteral("无法读取配置文件: ")));
+    QVERIFY(config.lastError().startsWith(QStringLiteral("配置文件 JSON 解析失败: ")) ||
+            config.lastError().startsWith(QStringLiteral("无法读取配置文件: ")));
 }
 
 void TestProcessorConfig::nonObjectVariantsAreSkipped()
@@ -197,9 +196,11 @@ void TestProcessorConfig::nonObjectVariantsAreSkipped()
 void TestProcessorConfig::unknownActiveVariantFallsBackToTheOnlyOne()
 {
     ProcessorConfig config;
-    QVERIFY(config.load(writeConfig(R"({"active_variant": "ghost", "variants": {"only": {"executable": "a.exe"}}})")));
+    QVERIFY(config.load(
+        writeConfig(R"({"active_variant": "ghost", "variants": {"only": {"executable": "a.exe"}}})")));
     QCOMPARE(config.activeVariantId(), QStringLiteral("only"));
-    QVERIFY(config.load(writeConfig(R"({"active_variant": 7, "variants": {"only": {"executable": "a.exe"}}})")));
+    QVERIFY(
+        config.load(writeConfig(R"({"active_variant": 7, "variants": {"only": {"executable": "a.exe"}}})")));
     QCOMPARE(config.activeVariantId(), QStringLiteral("only"));
 }
 
@@ -217,7 +218,8 @@ void TestProcessorConfig::knownActiveVariantWins()
 void TestProcessorConfig::extraArgsAsStringGivesEmptyList()
 {
     ProcessorConfig config;
-    QVERIFY(config.load(writeConfig(R"({"variants": {"lite": {"executable": "a.exe", "extra_args": "--fast", "omit_args": {"x": 1}}}})")));
+    QVERIFY(config.load(writeConfig(
+        R"({"variants": {"lite": {"executable": "a.exe", "extra_args": "--fast", "omit_args": {"x": 1}}}})")));
     QCOMPARE(config.variant(QStringLiteral("lite")).extraArgs, QStringList());
     QCOMPARE(config.variant(QStringLiteral("lite")).omitArgs, QStringList());
 }
@@ -225,7 +227,8 @@ void TestProcessorConfig::extraArgsAsStringGivesEmptyList()
 void TestProcessorConfig::featuresDefaultToTrue()
 {
     ProcessorConfig config;
-    QVERIFY(config.load(writeConfig(R"({"variants": {"a": {"executable": "a.exe"}, "b": {"executable": "b.exe", "features": {"disable_crop": false}}}})")));
+    QVERIFY(config.load(writeConfig(
+        R"({"variants": {"a": {"executable": "a.exe"}, "b": {"executable": "b.exe", "features": {"disable_crop": false}}}})")));
     const VariantConfig a = config.variant(QStringLiteral("a"));
     QVERIFY(a.analysisOnly && a.disableAnalysis && a.disableCrop && a.outputBin);
     const VariantConfig b = config.variant(QStringLiteral("b"));
@@ -249,7 +252,8 @@ void TestProcessorConfig::defaultLutIsRelativeToWorkDir()
 {
     const QString workDir = m_dir.filePath(QStringLiteral("w"));
     ProcessorConfig config;
-    const char *json = R"({"variants": {"lite": {"executable": "p.exe", "work_dir": "%1", "default_lut": "luts/a.bin"}}})";
+    const char *json =
+        R"({"variants": {"lite": {"executable": "p.exe", "work_dir": "%1", "default_lut": "luts/a.bin"}}})";
     QVERIFY(config.load(writeConfig(QString::fromUtf8(json).arg(workDir).toUtf8())));
     QCOMPARE(config.resolvedWorkDir(QStringLiteral("lite")), workDir);
     QCOMPARE(config.resolvedDefaultLut(QStringLiteral("lite")), workDir + "/luts/a.bin");
@@ -259,7 +263,8 @@ void TestProcessorConfig::absolutePathsAreCleaned()
 {
     const QString base = m_dir.path();
     ProcessorConfig config;
-    const char *json = R"({"variants": {"lite": {"executable": "%1/x/../bin//p.exe", "default_lut": "%1/l/./a.bin"}}})";
+    const char *json =
+        R"({"variants": {"lite": {"executable": "%1/x/../bin//p.exe", "default_lut": "%1/l/./a.bin"}}})";
     QVERIFY(config.load(writeConfig(QString::fromUtf8(json).arg(base).toUtf8())));
     QCOMPARE(config.resolvedExecutable(QStringLiteral("lite")), base + "/bin/p.exe");
     QCOMPARE(config.resolvedWorkDir(QStringLiteral("lite")), base + "/bin");
@@ -284,7 +289,8 @@ void TestProcessorConfig::unknownIdsNeverFail()
 void TestProcessorConfig::setActiveVariant()
 {
     ProcessorConfig config;
-    QVERIFY(config.load(writeConfig(R"({"active_variant": "a", "variants": {"a": {"executable": "a.exe"}, "b": {"executable": "b.exe"}}})")));
+    QVERIFY(config.load(writeConfig(
+        R"({"active_variant": "a", "variants": {"a": {"executable": "a.exe"}, "b": {"executable": "b.exe"}}})")));
     QVERIFY(!config.setActiveVariant(QStringLiteral("ghost")));
     QCOMPARE(config.activeVariantId(), QStringLiteral("a"));
     QVERIFY(config.setActiveVariant(QStringLiteral("b")));

@@ -12,10 +12,13 @@
 namespace {
 
 const QStringList kBuiltInRequired = {
-    "TARN-lite.exe",   "libcrypto-3-x64.dll", "opencv_core4.dll",   "opencv_imgproc4.dll", "opencv_imgcodecs4.dll",
-    "zlib1.dll",       "jpeg62.dll",          "libpng16.dll",       "tiff.dll",            "libwebp.dll",
-    "libwebpdecoder.dll", "libwebpdemux.dll", "libwebpmux.dll",     "libsharpyuv.dll",     "liblzma.dll",
-    "msvcp140.dll",    "vcruntime140.dll",    "vcruntime140_1.dll", "concrt140.dll",
+    "TARN-lite.exe",       "libcrypto-3-x64.dll",   "opencv_core4.dll",
+    "opencv_imgproc4.dll", "opencv_imgcodecs4.dll", "zlib1.dll",
+    "jpeg62.dll",          "libpng16.dll",          "tiff.dll",
+    "libwebp.dll",         "libwebpdecoder.dll",    "libwebpdemux.dll",
+    "libwebpmux.dll",      "libsharpyuv.dll",       "liblzma.dll",
+    "msvcp140.dll",        "vcruntime140.dll",      "vcruntime140_1.dll",
+    "concrt140.dll",
 };
 
 void fillFolder(const QString &dir, const QStringList &names)
@@ -74,7 +77,8 @@ void TestProcessorManifest::cleanup()
 void TestProcessorManifest::builtInManifestMatchesTheDefaults()
 {
     QCOMPARE(ProcessorManifest::defaultRequiredFiles(), kBuiltInRequired);
-    QCOMPARE(ProcessorManifest::locateManifestPath(processorDir()), QStringLiteral(":/manifest/processor_manifest.json"));
+    QCOMPARE(ProcessorManifest::locateManifestPath(processorDir()),
+             QStringLiteral(":/manifest/processor_manifest.json"));
     QJsonObject manifest;
     QVERIFY(ProcessorManifest::loadManifestObject(processorDir(), &manifest));
     QCOMPARE(manifest.value("manifest_version").toInt(), 1);
@@ -83,13 +87,17 @@ void TestProcessorManifest::builtInManifestMatchesTheDefaults()
              QStringLiteral("TARN-lite processor bundle manifest for GUI startup validation"));
     QCOMPARE(ProcessorManifest::requiredFilesFromObject(manifest), kBuiltInRequired);
     QCOMPARE(manifest.value("optional").toVariant().toStringList(), QStringList{"opencv_highgui4.dll"});
-    QCOMPARE(manifest.value("forbidden_in_lite").toVariant().toStringList(), (QStringList{"*.onnx", "onnxruntime*.dll"}));
+    QCOMPARE(manifest.value("forbidden_in_lite").toVariant().toStringList(),
+             (QStringList{"*.onnx", "onnxruntime*.dll"}));
     const QJsonObject messages = manifest.value("user_messages").toObject();
-    QCOMPARE(messages.value("missing_files").toString(), QStringLiteral("processor 目录不完整，缺少：{missing}"));
-    QCOMPARE(messages.value("empty_files").toString(), QStringLiteral("processor 目录存在空文件（可能未完成同步）：{empty}"));
+    QCOMPARE(messages.value("missing_files").toString(),
+             QStringLiteral("processor 目录不完整，缺少：{missing}"));
+    QCOMPARE(messages.value("empty_files").toString(),
+             QStringLiteral("processor 目录存在空文件（可能未完成同步）：{empty}"));
     QCOMPARE(messages.value("smoke_failed").toString(),
              QStringLiteral("TARN-lite 无法启动（退出码 {exit_code}），请检查 processor 目录是否完整"));
-    QCOMPARE(messages.value("forbidden_found").toString(), QStringLiteral("lite 模式不应包含 ONNX 相关文件：{forbidden}"));
+    QCOMPARE(messages.value("forbidden_found").toString(),
+             QStringLiteral("lite 模式不应包含 ONNX 相关文件：{forbidden}"));
     const ProcessorManifest::SmokeTest smoke = ProcessorManifest::smokeTest(processorDir());
     QCOMPARE(smoke.executable, QStringLiteral("TARN-lite.exe"));
     QCOMPARE(smoke.args, QStringList{"--help"});
@@ -137,7 +145,8 @@ void TestProcessorManifest::missingFolderIsNotOkWithoutList()
 
 void TestProcessorManifest::emptyRequiredFallsBackToBuiltInList()
 {
-    QVERIFY(TestFiles::write(QDir(processorDir()).filePath("processor_manifest.json"), R"({"required": []})"));
+    QVERIFY(
+        TestFiles::write(QDir(processorDir()).filePath("processor_manifest.json"), R"({"required": []})"));
     const ProcessorManifest::Validation result = ProcessorManifest::validate(processorDir());
     QVERIFY(!result.ok);
     QCOMPARE(result.missing, kBuiltInRequired);
@@ -146,9 +155,12 @@ void TestProcessorManifest::emptyRequiredFallsBackToBuiltInList()
 void TestProcessorManifest::requiredFromObjectTakesStringsOnly()
 {
     QCOMPARE(ProcessorManifest::requiredFilesFromObject(QJsonObject()), kBuiltInRequired);
-    QCOMPARE(ProcessorManifest::requiredFilesFromObject(QJsonObject{{"required", "a.dll"}}), kBuiltInRequired);
-    QCOMPARE(ProcessorManifest::requiredFilesFromObject(QJsonObject{{"required", QJsonArray{1, true}}}), kBuiltInRequired);
-    QCOMPARE(ProcessorManifest::requiredFilesFromObject(QJsonObject{{"required", QJsonArray{"a.dll", 3, "b.dll"}}}),
+    QCOMPARE(ProcessorManifest::requiredFilesFromObject(QJsonObject{{"required", "a.dll"}}),
+             kBuiltInRequired);
+    QCOMPARE(ProcessorManifest::requiredFilesFromObject(QJsonObject{{"required", QJsonArray{1, true}}}),
+             kBuiltInRequired);
+    QCOMPARE(ProcessorManifest::requiredFilesFromObject(
+                 QJsonObject{{"required", QJsonArray{"a.dll", 3, "b.dll"}}}),
              (QStringList{"a.dll", "b.dll"}));
 }
 
@@ -184,7 +196,8 @@ void TestProcessorManifest::overrideSearchOrder()
     QVERIFY(!QFileInfo::exists(inAppProcessor));
     QVERIFY(!QFileInfo::exists(inAppDir));
 
-    QCOMPARE(ProcessorManifest::locateManifestPath(processorDir()), QStringLiteral(":/manifest/processor_manifest.json"));
+    QCOMPARE(ProcessorManifest::locateManifestPath(processorDir()),
+             QStringLiteral(":/manifest/processor_manifest.json"));
     QVERIFY(TestFiles::write(inAppDir, R"({"required": ["c.dll"]})"));
     QCOMPARE(ProcessorManifest::locateManifestPath(processorDir()), inAppDir);
     QVERIFY(TestFiles::write(inAppProcessor, R"({"required": ["b.dll"]})"));
@@ -198,7 +211,8 @@ void TestProcessorManifest::overrideSearchOrder()
 
 void TestProcessorManifest::smokeTestDefaults()
 {
-    QVERIFY(TestFiles::write(QDir(processorDir()).filePath("processor_manifest.json"), R"({"required": ["x"]})"));
+    QVERIFY(
+        TestFiles::write(QDir(processorDir()).filePath("processor_manifest.json"), R"({"required": ["x"]})"));
     const ProcessorManifest::SmokeTest smoke = ProcessorManifest::smokeTest(processorDir());
     QCOMPARE(smoke.executable, QStringLiteral("TARN-lite.exe"));
     QCOMPARE(smoke.args, QStringList{"--help"});
@@ -207,8 +221,9 @@ void TestProcessorManifest::smokeTestDefaults()
 
 void TestProcessorManifest::smokeTestFromManifest()
 {
-    QVERIFY(TestFiles::write(QDir(processorDir()).filePath("processor_manifest.json"),
-                             R"({"smoke_test": {"executable": "  other.exe ", "args": ["--version", "-q"], "expect_exit_code": 3}})"));
+    QVERIFY(TestFiles::write(
+        QDir(processorDir()).filePath("processor_manifest.json"),
+        R"({"smoke_test": {"executable": "  other.exe ", "args": ["--version", "-q"], "expect_exit_code": 3}})"));
     const ProcessorManifest::SmokeTest smoke = ProcessorManifest::smokeTest(processorDir());
     QCOMPARE(smoke.executable, QStringLiteral("other.exe"));
     QCOMPARE(smoke.args, (QStringList{"--version", "-q"}));
@@ -217,8 +232,9 @@ void TestProcessorManifest::smokeTestFromManifest()
 
 void TestProcessorManifest::smokeTestIgnoresUnusableValues()
 {
-    QVERIFY(TestFiles::write(QDir(processorDir()).filePath("processor_manifest.json"),
-                             R"({"smoke_test": {"executable": "   ", "args": [], "expect_exit_code": "3"}})"));
+    QVERIFY(
+        TestFiles::write(QDir(processorDir()).filePath("processor_manifest.json"),
+                         R"({"smoke_test": {"executable": "   ", "args": [], "expect_exit_code": "3"}})"));
     ProcessorManifest::SmokeTest smoke = ProcessorManifest::smokeTest(processorDir());
     QCOMPARE(smoke.executable, QStringLiteral("TARN-lite.exe"));
     QCOMPARE(smoke.args, QStringList{"--help"});

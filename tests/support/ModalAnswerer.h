@@ -28,7 +28,10 @@ public:
     const QList<Seen> &seen() const { return m_seen; }
     QString title() const { return m_seen.isEmpty() ? QString() : m_seen.constLast().title; }
     QString text() const { return m_seen.isEmpty() ? QString() : m_seen.constLast().text; }
-    QMessageBox::Icon icon() const { return m_seen.isEmpty() ? QMessageBox::NoIcon : m_seen.constLast().icon; }
+    QMessageBox::Icon icon() const
+    {
+        return m_seen.isEmpty() ? QMessageBox::NoIcon : m_seen.constLast().icon;
+    }
 
     // The plain text of a rich-text message box body, for assertions on its words.
     static QString plainText(const QString &richText);

@@ -26,14 +26,8 @@ QImage solidImage(int width, int height, const QColor &colour)
     return image;
 }
 
-QString tarnSimPath()
-{
-    return QStringLiteral(VELORA_TARN_SIM_PATH);
-}
+QString tarnSimPath() { return QStringLiteral(VELORA_TARN_SIM_PATH); }
 
-QString binDir()
-{
-    return QStringLiteral(VELORA_BIN_DIR);
-}
+QString binDir() { return QStringLiteral(VELORA_BIN_DIR); }
 
 } // namespace TestFiles

@@ -34,7 +34,8 @@ void TestDemoBundle::configurationPointsAtTheStandIn()
 void TestDemoBundle::manifestValidatesTheBundle()
 {
     const QString processorDir = QDir(TestFiles::binDir()).filePath("processor");
-    QCOMPARE(ProcessorManifest::locateManifestPath(processorDir), QDir(processorDir).filePath("processor_manifest.json"));
+    QCOMPARE(ProcessorManifest::locateManifestPath(processorDir),
+             QDir(processorDir).filePath("processor_manifest.json"));
     const ProcessorManifest::Validation result = ProcessorManifest::validate(processorDir);
     QVERIFY2(result.ok, qPrintable(result.missing.join(", ")));
 }

@@ -112,7 +112,8 @@ void TestTarnSim::hangNeverFinishesEvenForHelp()
 {
     const Run help = runSim({"--help"}, {"TARN_SIM_HANG=1"}, 800);
     QVERIFY(!help.finished);
-    const Run work = runSim({picture("hang.png", {8, 8}), m_dir.filePath("hang.bin")}, {"TARN_SIM_HANG=1"}, 800);
+    const Run work =
+        runSim({picture("hang.png", {8, 8}), m_dir.filePath("hang.bin")}, {"TARN_SIM_HANG=1"}, 800);
     QVERIFY(!work.finished);
     QVERIFY(!QFileInfo::exists(m_dir.filePath("hang.bin")));
 }
@@ -165,7 +166,8 @@ void TestTarnSim::writesAFrameForThePanelSize()
     QVERIFY(run.out.contains("tarn-sim: reading"));
     QVERIFY(run.out.contains("quantising"));
     const QByteArray frame = TestFiles::read(output);
-    const QByteArray header = QStringLiteral("TSIM 1 %1 %2 %3\n").arg(size.width()).arg(size.height()).arg(panel).toLatin1();
+    const QByteArray header =
+        QStringLiteral("TSIM 1 %1 %2 %3\n").arg(size.width()).arg(size.height()).arg(panel).toLatin1();
     QVERIFY(frame.startsWith(header));
     QCOMPARE(frame.size(), header.size() + qsizetype((size.width() + 1) / 2) * size.height());
     QCOMPARE(frame.at(header.size()), char(0x33)); // two red pixels (index 3)
@@ -218,7 +220,9 @@ void TestTarnSim::keyFileMustBeAJsonObject()
     const Run run = runSim({picture("k.png", {1200, 1600}), output, "133", "--pubkey", keyPath});
     QCOMPARE(run.code, code);
     QCOMPARE(QFileInfo::exists(output), code == 0);
-    QCOMPARE(runSim({picture("k.png", {1200, 1600}), output, "133", "--pubkey", m_dir.filePath("nokey.json")}).code, 5);
+    QCOMPARE(runSim({picture("k.png", {1200, 1600}), output, "133", "--pubkey", m_dir.filePath("nokey.json")})
+                 .code,
+             5);
 }
 
 void TestTarnSim::anyDoubleDashFlagCarriesTheKey()
@@ -235,8 +239,8 @@ void TestTarnSim::extraArgumentsArePrintedAndIgnored()
 {
     const QString keyPath = m_dir.filePath("extra_key.json");
     QVERIFY(TestFiles::write(keyPath, "{}"));
-    const Run run = runSim({picture("e.png", {1200, 1600}), m_dir.filePath("e.bin"), "133", "--pubkey", keyPath,
-                            "--quality", "high", "plain"});
+    const Run run = runSim({picture("e.png", {1200, 1600}), m_dir.filePath("e.bin"), "133", "--pubkey",
+                            keyPath, "--quality", "high", "plain"});
     QCOMPARE(run.code, 0);
     QVERIFY(run.out.contains("ignoring argument --quality"));
     QVERIFY(run.out.contains("ignoring argument high"));
@@ -293,7 +297,8 @@ void TestTarnSim::badUtf8OnStderr()
 void TestTarnSim::quantisesToSixColoursAndDecodes()
 {
     // Seven stripes: the six palette colours and a light grey that must become white.
-    const QList<QColor> stripes = {Qt::black, Qt::white, Qt::yellow, Qt::red, Qt::blue, Qt::green, QColor(200, 200, 200)};
+    const QList<QColor> stripes = {Qt::black, Qt::white, Qt::yellow,           Qt::red,
+                                   Qt::blue,  Qt::green, QColor(200, 200, 200)};
     QImage source(7, 3, QImage::Format_RGB32);
     for (int x = 0; x < 7; ++x)
         for (int y = 0; y < 3; ++y)

@@ -33,7 +33,8 @@ void TestAppBranding::resourcesAreLinkedIn()
     QVERIFY(manifest.open(QIODevice::ReadOnly));
     const QJsonDocument document = QJsonDocument::fromJson(manifest.readAll());
     QVERIFY(document.isObject());
-    QCOMPARE(document.object().value(QStringLiteral("processor_dir")).toString(), QStringLiteral("processor"));
+    QCOMPARE(document.object().value(QStringLiteral("processor_dir")).toString(),
+             QStringLiteral("processor"));
 
     const QImage logo(QStringLiteral(":/branding/logo.png"));
     QVERIFY(!logo.isNull());

@@ -4,19 +4,15 @@
 #include <QPalette>
 #include <QTest>
 
-namespace {
+#include "TestPalette.h"
 
-void setWindowLightness(int lightness)
-{
-    QPalette palette = QApplication::palette();
-    palette.setColor(QPalette::Window, QColor(lightness, lightness, lightness));
-    QApplication::setPalette(palette);
-}
+namespace {
 
 // The sheets exactly as the design gives them, colours filled in.
 const QString kDarkApp = QStringLiteral(
     "QProgressBar {  border: 1px solid #555;  border-radius: 4px;  background: #2a2a2a;  color: #e0e0e0;  "
-    "text-align: center;  min-height: 18px;}QProgressBar::chunk {  background-color: #2B5E45;  border-radius: "
+    "text-align: center;  min-height: 18px;}QProgressBar::chunk {  background-color: #2B5E45;  "
+    "border-radius: "
     "3px;}QPushButton#tarnBrowseBtn {  border: 1px solid #555;  border-radius: 3px;  padding: 2px 8px;  "
     "background: #3a3a3a;  color: #e0e0e0;}QPushButton#tarnBrowseBtn:hover {  background: #4a4a4a;  "
     "border-color: #2B5E45;  color: #D4E8DE;}QPushButton#tarnBrowseBtn:pressed {  background: #357A5C;}"
@@ -54,7 +50,8 @@ const QString kDarkAction = QStringLiteral(
     "#2B5E45; color: #D4E8DE; }QPushButton:pressed { background: #357A5C; }");
 const QString kLightAction = QStringLiteral(
     "QPushButton {  border: 1px solid #bbb; border-radius: 3px; padding: 0 6px;  background: #f5f5f5; color: "
-    "#333;  font-size: 11px; min-height: 22px; }QPushButton:hover { background: #D4E8DE; border-color: #2B5E45; "
+    "#333;  font-size: 11px; min-height: 22px; }QPushButton:hover { background: #D4E8DE; border-color: "
+    "#2B5E45; "
     "color: #2B5E45; }QPushButton:pressed { background: #357A5C; }");
 const QString kDarkStop = QStringLiteral(
     "QPushButton{  background:#3a3a3a; color:#D4E8DE; border:1px solid #555;  border-radius:4px; "
@@ -103,7 +100,8 @@ void TestAppTheme::darkSheets()
     QCOMPARE(AppTheme::fillModeButtonStyleSheet(), kDarkFill);
     QCOMPARE(AppTheme::actionButtonStyleSheet(), kDarkAction);
     QCOMPARE(AppTheme::stopButtonStyleSheet(), kDarkStop);
-    QCOMPARE(AppTheme::preprocThumbBorderStyleSheet(), QStringLiteral("border: 2px solid #2B5E45; border-radius: 2px;"));
+    QCOMPARE(AppTheme::preprocThumbBorderStyleSheet(),
+             QStringLiteral("border: 2px solid #2B5E45; border-radius: 2px;"));
 }
 
 void TestAppTheme::lightSheets()
@@ -114,7 +112,8 @@ void TestAppTheme::lightSheets()
     QCOMPARE(AppTheme::fillModeButtonStyleSheet(), kLightFill);
     QCOMPARE(AppTheme::actionButtonStyleSheet(), kLightAction);
     QCOMPARE(AppTheme::stopButtonStyleSheet(), kLightStop);
-    QCOMPARE(AppTheme::preprocThumbBorderStyleSheet(), QStringLiteral("border: 2px solid #2B5E45; border-radius: 2px;"));
+    QCOMPARE(AppTheme::preprocThumbBorderStyleSheet(),
+             QStringLiteral("border: 2px solid #2B5E45; border-radius: 2px;"));
 }
 
 void TestAppTheme::stepSectionRulesLeaveTitleColourOpen()
@@ -136,7 +135,8 @@ void TestAppTheme::mutedLabel()
     setWindowLightness(20);
     QCOMPARE(AppTheme::mutedLabelStyleSheet(nullptr), QStringLiteral("color:#a8a8a8;"));
     QCOMPARE(AppTheme::mutedLabelStyleSheet(""), QStringLiteral("color:#a8a8a8;"));
-    QCOMPARE(AppTheme::mutedLabelStyleSheet("font-size:11px;"), QStringLiteral("color:#a8a8a8; font-size:11px;"));
+    QCOMPARE(AppTheme::mutedLabelStyleSheet("font-size:11px;"),
+             QStringLiteral("color:#a8a8a8; font-size:11px;"));
     setWindowLightness(230);
     QCOMPARE(AppTheme::mutedLabelStyleSheet(nullptr), QStringLiteral("color:#555;"));
     QCOMPARE(AppTheme::mutedLabelStyleSheet("font-size:12px; padding:2px 0 8px 0;"),

@@ -40,10 +40,7 @@ void TestUiLanguage::liteEditionStartsInEnglish()
     QCOMPARE(UiLanguage::defaultForEdition(), UiLanguage::English);
 }
 
-void TestUiLanguage::settingsKey()
-{
-    QCOMPARE(UiLanguage::settingsKey(), QStringLiteral("ui_language"));
-}
+void TestUiLanguage::settingsKey() { QCOMPARE(UiLanguage::settingsKey(), QStringLiteral("ui_language")); }
 
 void TestUiLanguage::toSettingsValue()
 {

@@ -65,10 +65,7 @@ int fail(int code, const QString &message)
     return code;
 }
 
-bool envFlag(const char *name)
-{
-    return qEnvironmentVariableIntValue(name) == 1;
-}
+bool envFlag(const char *name) { return qEnvironmentVariableIntValue(name) == 1; }
 
 // The integer value of a set variable, or -1 when it is unset or not a number.
 int envInt(const char *name)
@@ -88,10 +85,7 @@ const QMap<QString, QSize> &panelSizes()
     return sizes;
 }
 
-QString sizeText(const QSize &size)
-{
-    return QStringLiteral("%1x%2").arg(size.width()).arg(size.height());
-}
+QString sizeText(const QSize &size) { return QStringLiteral("%1x%2").arg(size.width()).arg(size.height()); }
 
 int runHelp()
 {
@@ -115,7 +109,8 @@ int runDecode(const QStringList &args)
         return fail(kBadInput, QStringLiteral("%1: %2").arg(args.at(1), error));
     if (!image.save(args.at(2), "PNG"))
         return fail(kCannotWrite, QStringLiteral("cannot write %1").arg(args.at(2)));
-    out(QStringLiteral("decoded %1 (%2, panel %3) to %4").arg(args.at(1), sizeText(image.size()), panel, args.at(2)));
+    out(QStringLiteral("decoded %1 (%2, panel %3) to %4")
+            .arg(args.at(1), sizeText(image.size()), panel, args.at(2)));
     return kOk;
 }
 
@@ -165,7 +160,8 @@ int runProcess(const QStringList &args)
         const QJsonDocument document =
             key.open(QIODevice::ReadOnly) ? QJsonDocument::fromJson(key.readAll(), &error) : QJsonDocument();
         if (!document.isObject())
-            return fail(kBadKey, QStringLiteral("key file %1 (%2) is not a JSON object").arg(keyFile, keyFlag));
+            return fail(kBadKey,
+                        QStringLiteral("key file %1 (%2) is not a JSON object").arg(keyFile, keyFlag));
         out(QStringLiteral("tarn-sim: key %1 %2").arg(keyFlag, keyFile));
     }
     out(QStringLiteral("tarn-sim: quantising %1 for panel %2")
