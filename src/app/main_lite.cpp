@@ -1,5 +1,6 @@
 // The entry of the lite edition: process identity, look and language, then the window.
 #include "app/MainWindow.h"
+#include "images/ImageLoader.h"
 #include "ui/AppBranding.h"
 #include "ui/AppTheme.h"
 #include "ui/UiLanguage.h"
@@ -29,6 +30,7 @@ int main(int argc, char *argv[])
     QApplication::setFont(QFont(QStringLiteral("Segoe UI"), 9));
     AppTheme::applyTo(&app);
     QApplication::setWindowIcon(AppBranding::appIcon());
+    ImageLoader::applyAllocationLimit();
 
     MainWindow window;
     window.show();

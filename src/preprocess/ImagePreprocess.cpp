@@ -1,11 +1,27 @@
 #include "preprocess/ImagePreprocess.h"
 
+#include "preprocess/ImageOps.h"
 #include "ui/AppStrings.h"
 
+#include <QTransform>
+
+namespace {
+const QColor kDirectPreviewGrey(228, 228, 228);
+
+bool isValidSize(const QSize &size)
+{
+    return size.width() > 0 && size.height() > 0;
+}
+
+// The composition size: the panel, as (height, width) when the frame hangs in landscape.
+QSize compositionSize(const QSize &panel, bool landscape)
+{
+    return landscape && isValidSize(panel) ? panel.transposed() : panel;
+}
+} // namespace
+
 QString fillModeLabel(FillMode mode) { return Str::fillModeLabel(mode); }
-
 QString fillModeButtonText(FillMode mode) { return Str::fillModeButtonText(mode); }
-
 QString fillModeToolTip(FillMode mode) { return Str::fillModeToolTip(mode); }
 
 QString formatPreprocStateLabel(const PreprocState &state)
@@ -13,11 +29,96 @@ QString formatPreprocStateLabel(const PreprocState &state)
     return Str::formatPreprocStateLabel(state.fillMode, state.rotationDegrees);
 }
 
-FillMode defaultFillMode() { return FillMode::BlurFill; }
+FillMode defaultFillMode()
+{
+    return FillMode::BlurFill;
+}
+
+QImage rotateImageByDegrees(const QImage &image, int degrees)
+{
+    const int normalised = ((degrees % 360) + 360) % 360;
+    if (image.isNull() || normalised == 0)
+        return image.copy();
+    return image.transformed(QTransform().rotate(normalised), Qt::SmoothTransformation);
+}
+
+QImage renderFillMode(const QImage &image, FillMode mode, const QSize &target)
+{
+    if (image.isNull())
+        return QImage();
+    const int w = target.width();
+    const int h = target.height();
+    if (w <= 0 || h <= 0)
+        return image.copy();
+    switch (mode) {
+    case FillMode::BlurFill: return buildBlurFillImage(image, w, h, 1.0, false);
+    case FillMode::WhiteFill: return buildSolidFillImage(image, w, h, Qt::white);
+    case FillMode::BlackFill: return buildSolidFillImage(image, w, h, Qt::black);
+    case FillMode::CenterCrop: return centerCropToSize(image, w, h);
+    case FillMode::Direct: break;
+    }
+    return image.copy(); // Direct, and values outside the enumeration
+}
+
+QImage renderPreprocPipeline(const QImage &image, const PreprocState &state, const QSize &target)
+{
+    if (image.isNull())
+        return QImage();
+    if (state.fillMode == FillMode::Direct)
+        return image.copy(); // direct mode ignores the rotation, on purpose
+    return renderFillMode(rotateImageByDegrees(image, state.rotationDegrees), state.fillMode, target);
+}
+
+QSize effectiveFrameResolution(const QSize &panel, bool landscape)
+{
+    if (landscape && panel.width() > 0 && panel.height() >= 1)
+        return panel.transposed();
+    return panel;
+}
+
+QImage renderPreprocDisplayPreview(const QImage &image, const PreprocState &state, const QSize &panel, bool landscape)
+{
+    if (image.isNull())
+        return QImage();
+    const QSize size = compositionSize(panel, landscape);
+    if (state.fillMode != FillMode::Direct)
+        return renderFillMode(rotateImageByDegrees(image, state.rotationDegrees), state.fillMode, size);
+    if (!isValidSize(size))
+        return image.copy();
+    // Direct: show how much of the frame a picture sent unprepared would leave empty.
+    return buildSolidFillImage(rotateImageByDegrees(image, state.rotationDegrees), size.width(), size.height(),
+                               kDirectPreviewGrey);
+}
+
+QImage renderPreprocExport(const QImage &image, const PreprocState &state, const QSize &panel, bool landscape)
+{
+    if (image.isNull())
+        return QImage();
+    const QImage composed = renderPreprocPipeline(image, state, compositionSize(panel, landscape));
+    if (landscape && !composed.isNull() && state.fillMode != FillMode::Direct)
+        return composed.transformed(QTransform().rotate(90), Qt::SmoothTransformation);
+    return composed;
+}
+
+QSize previewFrameOuterSize(const QSize &frame, int box)
+{
+    if (box < 1)
+        return QSize();
+    if (frame.width() <= 0 || frame.height() < 1)
+        return QSize(box, box);
+    return frame.scaled(box, box, Qt::KeepAspectRatio);
+}
+
+QSize scaledResolutionForPreview(const QSize &frame, int maxSide)
+{
+    if (maxSide < 1 || !isValidSize(frame) || maxSide >= qMax(frame.width(), frame.height()))
+        return frame;
+    return frame.scaled(maxSide, maxSide, Qt::KeepAspectRatio);
+}
 
 QString formatPanelResolutionText(const QSize &size)
 {
-    if (size.width() > 0 && size.height() > 0)
+    if (isValidSize(size))
         return QStringLiteral("%1×%2").arg(size.width()).arg(size.height());
     return Str::panelResolutionUnset();
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QImage>
+#include <QPixmap>
 #include <QSize>
 #include <QString>
 #include <QtGlobal>
@@ -20,11 +22,33 @@ struct PreprocState {
     qint32 rotationDegrees;
 };
 
+// The render pipeline: a source picture, its state and the frame settings (the panel's
+// native portrait resolution and whether the frame hangs in landscape) give the image for the
+// processor, the on-screen preview and the framed thumbnail. Stateless; a null or unusable
+// input gives a null (or, where said, unchanged) result, never an exception.
+
 QString fillModeLabel(FillMode mode);
 QString fillModeButtonText(FillMode mode);
 QString fillModeToolTip(FillMode mode);
 QString formatPreprocStateLabel(const PreprocState &state);
 FillMode defaultFillMode();
+
+QImage rotateImageByDegrees(const QImage &image, int degrees);
+QImage renderFillMode(const QImage &image, FillMode mode, const QSize &target);
+QImage renderPreprocPipeline(const QImage &image, const PreprocState &state, const QSize &target);
+
+// The frame as the viewer sees it: the panel size, swapped in landscape.
+QSize effectiveFrameResolution(const QSize &panel, bool landscape);
+QImage renderPreprocDisplayPreview(const QImage &image, const PreprocState &state, const QSize &panel, bool landscape);
+// What the processor gets: always the panel's native portrait size; a landscape composition
+// is turned 90 degrees clockwise. FillMode::Direct sends the source untouched.
+QImage renderPreprocExport(const QImage &image, const PreprocState &state, const QSize &panel, bool landscape);
+
+QSize previewFrameOuterSize(const QSize &frame, int box);
+QSize scaledResolutionForPreview(const QSize &frame, int maxSide);
+// The picture inside an imitation wooden frame, fitted into a box or of an exact outer size.
+QPixmap makeFramedPreviewPixmap(const QImage &image, const QSize &box);
+QPixmap makeFramedPreviewPixmapExact(const QImage &image, const QSize &outer);
 
 // "W×H" of a panel size, or the catalogue's "not set" text for an invalid size.
 QString formatPanelResolutionText(const QSize &size);

@@ -1,10 +1,24 @@
 #include "TestFiles.h"
 
+#include <QBuffer>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 
 namespace TestFiles {
+
+namespace {
+quint32 crc32(const QByteArray &bytes)
+{
+    quint32 crc = 0xffffffffu;
+    for (char byte : bytes) {
+        crc ^= quint8(byte);
+        for (int bit = 0; bit < 8; ++bit)
+            crc = (crc >> 1) ^ (0xedb88320u & (0u - (crc & 1u)));
+    }
+    return ~crc;
+}
+} // namespace
 
 bool write(const QString &path, const QByteArray &bytes)
 {
@@ -24,6 +38,44 @@ QImage solidImage(int width, int height, const QColor &colour)
     QImage image(width, height, QImage::Format_RGB32);
     image.fill(colour);
     return image;
+}
+
+QByteArray jpegWithExifOrientation(const QImage &image, int orientation)
+{
+    QByteArray jpeg;
+    QBuffer buffer(&jpeg);
+    buffer.open(QIODevice::WriteOnly);
+    image.save(&buffer, "JPEG", 95);
+    // APP1 "Exif": a big-endian TIFF header and one IFD with the orientation tag (0x0112).
+    QByteArray app1 = QByteArray::fromHex("FFE10022457869660000" "4D4D002A00000008" "0001" "011200030000000100");
+    app1.append(char(orientation));
+    app1.append(QByteArray::fromHex("0000" "00000000"));
+    return jpeg.left(2) + app1 + jpeg.mid(2);
+}
+
+QByteArray pngWithOneRow(int width, int height)
+{
+    QByteArray png = QByteArray::fromHex("89504E470D0A1A0A");
+    QByteArray ihdr = QByteArray::fromHex("49484452");
+    for (int value : {width, height})
+        for (int shift : {24, 16, 8, 0})
+            ihdr.append(char((value >> shift) & 0xff));
+    ihdr.append(QByteArray::fromHex("0806000000")); // 8-bit RGBA, no interlace
+    png.append(QByteArray::fromHex("0000000D"));
+    png.append(ihdr);
+    const quint32 crc = crc32(ihdr);
+    for (int shift : {24, 16, 8, 0})
+        png.append(char((crc >> shift) & 0xff));
+    // One row of data, then the end: the reader gets as far as allocating the whole picture.
+    const QByteArray idat = QByteArray::fromHex("49444154") + qCompress(QByteArray(1 + 4 * width, '\0')).mid(4);
+    for (int shift : {24, 16, 8, 0})
+        png.append(char(((idat.size() - 4) >> shift) & 0xff));
+    png.append(idat);
+    const quint32 idatCrc = crc32(idat);
+    for (int shift : {24, 16, 8, 0})
+        png.append(char((idatCrc >> shift) & 0xff));
+    png.append(QByteArray::fromHex("0000000049454E44AE426082")); // IEND
+    return png;
 }
 
 QString tarnSimPath() { return QStringLiteral(VELORA_TARN_SIM_PATH); }

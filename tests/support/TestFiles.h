@@ -15,6 +15,13 @@ QByteArray read(const QString &path);
 // A solid-colour RGB32 image.
 QImage solidImage(int width, int height, const QColor &colour);
 
+// A JPEG of the image whose EXIF block says how to turn it for viewing (1..8, EXIF numbering).
+QByteArray jpegWithExifOrientation(const QImage &image, int orientation);
+
+// A PNG whose header declares width x height but which carries no real pixel data: what a
+// hostile or damaged file looks like to a reader.
+QByteArray pngWithOneRow(int width, int height);
+
 // The built tarn-sim executable, and the folder holding the GUI and its demo bundle.
 QString tarnSimPath();
 QString binDir();

@@ -1,0 +1,224 @@
+#include "preprocess/ImageOps.h"
+
+#include <QPainter>
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <vector>
+
+// Unless a step says otherwise, "scaled" is QImage::scaled with smooth transformation, new
+// images are Format_RGB32, and products of doubles become integers by truncation (never
+// rounding): the arithmetic below is the product's contract.
+
+namespace {
+
+constexpr int kBlurWorkingBound = 640;
+constexpr double kBackgroundEnlargement = 1.12;
+constexpr double kBackgroundOpacity = 0.95;
+constexpr int kBackgroundDarkeningAlpha = 30;
+
+// One pass of a box filter of width 2 * radius + 1 along rows (horizontal) or columns, with
+// the edge pixels repeated beyond the border, so a uniform picture stays uniform up to its
+// edges (no dark rim where a blur would pull in transparent or black surroundings).
+void boxPass(std::vector<std::array<int, 3>> &line, std::vector<std::array<int, 3>> &scratch, int radius)
+{
+    const int n = int(line.size());
+    const int window = 2 * radius + 1;
+    std::array<int, 3> sum{0, 0, 0};
+    for (int i = -radius; i <= radius; ++i) {
+        const auto &p = line[std::clamp(i, 0, n - 1)];
+        for (int c = 0; c < 3; ++c)
+            sum[c] += p[c];
+    }
+    for (int i = 0; i < n; ++i) {
+        for (int c = 0; c < 3; ++c)
+            scratch[i][c] = (sum[c] + window / 2) / window;
+        const auto &leaving = line[std::clamp(i - radius, 0, n - 1)];
+        const auto &entering = line[std::clamp(i + radius + 1, 0, n - 1)];
+        for (int c = 0; c < 3; ++c)
+            sum[c] += entering[c] - leaving[c];
+    }
+    line.swap(scratch);
+}
+
+// The box radii of three passes that together approximate a Gaussian whose visible reach
+// (three standard deviations) is the blur radius.
+std::array<int, 3> boxRadiiFor(int blurRadius)
+{
+    const double sigma = blurRadius / 3.0;
+    const double ideal = std::sqrt(12.0 * sigma * sigma / 3.0 + 1.0);
+    int lower = int(std::floor(ideal));
+    if (lower % 2 == 0)
+        --lower;
+    const int upper = lower + 2;
+    const double m = std::round((12.0 * sigma * sigma - 3.0 * lower * lower - 12.0 * lower - 9.0) / (-4.0 * lower - 4.0));
+    std::array<int, 3> radii{};
+    for (int i = 0; i < 3; ++i)
+        radii[i] = std::max(0, ((i < m ? lower : upper) - 1) / 2);
+    return radii;
+}
+
+QImage blurClamped(const QImage &source, int blurRadius)
+{
+    QImage image = source.convertToFormat(QImage::Format_RGB32);
+    const int width = image.width();
+    const int height = image.height();
+    const std::array<int, 3> radii = boxRadiiFor(blurRadius);
+
+    std::vector<std::array<int, 3>> line;
+    std::vector<std::array<int, 3>> scratch;
+    const auto run = [&](int count, int length, auto pixelAt) {
+        line.resize(length);
+        scratch.resize(length);
+        for (int k = 0; k < count; ++k) {
+            for (int i = 0; i < length; ++i) {
+                const QRgb p = *pixelAt(k, i);
+                line[i] = {qRed(p), qGreen(p), qBlue(p)};
+            }
+            for (int radius : radii)
+                boxPass(line, scratch, radius);
+            for (int i = 0; i < length; ++i)
+                *pixelAt(k, i) = qRgb(line[i][0], line[i][1], line[i][2]);
+        }
+    };
+    run(height, width, [&](int y, int x) { return reinterpret_cast<QRgb *>(image.scanLine(y)) + x; });
+    run(width, height, [&](int x, int y) { return reinterpret_cast<QRgb *>(image.scanLine(y)) + x; });
+    return image;
+}
+
+int blurRadiusFor(const QSize &working)
+{
+    const int shorter = std::min(working.width(), working.height());
+    return shorter <= 47 ? 5 : shorter / 8;
+}
+
+bool isWhole(double value)
+{
+    return std::abs(value - std::round(value)) < 1e-9;
+}
+
+} // namespace
+
+QImage buildSolidFillImage(const QImage &image, int w, int h, const QColor &colour)
+{
+    if (image.isNull() || w < 1 || h < 1)
+        return QImage();
+    QImage canvas(w, h, QImage::Format_RGB32);
+    canvas.fill(colour);
+    const QImage scaled = image.scaled(w, h, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+    QPainter painter(&canvas);
+    painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    painter.drawImage(QPoint((w - scaled.width()) / 2, (h - scaled.height()) / 2), scaled);
+    return canvas;
+}
+
+QImage centerCropToSize(const QImage &image, int w, int h)
+{
+    if (image.isNull() || w < 1 || h < 1)
+        return QImage();
+    const double s = std::max(double(h) / image.height(), double(w) / image.width());
+    const int scaledWidth = std::max(1, int(image.width() * s));
+    const int scaledHeight = std::max(1, int(image.height() * s));
+    const QImage scaled = image.scaled(scaledWidth, scaledHeight, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    const int x = scaledWidth - w > 1 ? (scaledWidth - w) / 2 : 0;
+    const int y = scaledHeight - h > 1 ? (scaledHeight - h) / 2 : 0;
+    return scaled.copy(x, y, w, h);
+}
+
+QImage buildBlurFillImage(const QImage &image, int w, int h, double scale, bool useScale)
+{
+    if (image.isNull() || w <= 0 || h <= 0)
+        return QImage();
+    const double sourceWidth = image.width();
+    const double sourceHeight = image.height();
+
+    QImage canvas(w, h, QImage::Format_RGB32);
+    canvas.fill(Qt::black);
+
+    // Background: cover the frame, then 12 % larger.
+    const double cover = std::max(h / sourceHeight, w / sourceWidth) * kBackgroundEnlargement;
+    const int backgroundWidth = std::max(1, int(sourceWidth * cover));
+    const int backgroundHeight = std::max(1, int(sourceHeight * cover));
+
+    // The blur runs at a reduced working size. The source goes there in one step: scaling it
+    // to the full background size first would only be scaled down again.
+    const QSize working = QSize(backgroundWidth, backgroundHeight).scaled(kBlurWorkingBound, kBlurWorkingBound, Qt::KeepAspectRatio);
+    QImage blurred = image.scaled(std::max(1, working.width()), std::max(1, working.height()), Qt::IgnoreAspectRatio,
+                                  Qt::SmoothTransformation);
+    if (!blurred.isNull())
+        blurred = blurClamped(blurred, blurRadiusFor(working));
+    const QImage background =
+        blurred.scaled(backgroundWidth, backgroundHeight, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+
+    QPainter painter(&canvas);
+    painter.setOpacity(kBackgroundOpacity);
+    painter.drawImage(QPoint(int((w - backgroundWidth) * 0.5), int((h - backgroundHeight) * 0.5)), background);
+    painter.setOpacity(1.0);
+    painter.fillRect(canvas.rect(), QColor(0, 0, 0, kBackgroundDarkeningAlpha));
+
+    // Foreground: fitted; with useScale zoomed, and a zoom that leaves both sides short of the
+    // frame snaps to the covering size instead of a second margin.
+    const double fit = std::min(w / sourceWidth, h / sourceHeight);
+    double foregroundWidth = sourceWidth * fit;
+    double foregroundHeight = sourceHeight * fit;
+    if (useScale) {
+        foregroundWidth *= scale;
+        foregroundHeight *= scale;
+        if (w > foregroundWidth && h > foregroundHeight) {
+            const double snap = std::max(w / foregroundWidth, h / foregroundHeight);
+            foregroundWidth *= snap;
+            foregroundHeight *= snap;
+        }
+    }
+    const QRectF target((w - foregroundWidth) * 0.5, (h - foregroundHeight) * 0.5, foregroundWidth, foregroundHeight);
+    painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    if (isWhole(target.x()) && isWhole(target.y()) && isWhole(target.width()) && isWhole(target.height())) {
+        // Whole-pixel placement: an area-averaged pre-scale gives the same rectangle without the
+        // aliasing of a painter's bilinear downscale.
+        painter.drawImage(target.topLeft().toPoint(),
+                          image.scaled(qRound(target.width()), qRound(target.height()), Qt::IgnoreAspectRatio,
+                                       Qt::SmoothTransformation));
+    } else {
+        painter.drawImage(target, image);
+    }
+    return canvas;
+}
+
+namespace {
+QImage quarterTurn(const QImage &image, qreal degrees)
+{
+    if (image.isNull())
+        return image;
+    QImage canvas(image.height(), image.width(), QImage::Format_RGB32);
+    canvas.fill(Qt::black);
+    QPainter painter(&canvas);
+    painter.translate(canvas.width() * 0.5, canvas.height() * 0.5);
+    painter.rotate(degrees);
+    painter.drawImage(QPointF(-image.width() * 0.5, -image.height() * 0.5), image);
+    return canvas;
+}
+} // namespace
+
+QImage rotateImageCW90(const QImage &image)
+{
+    return quarterTurn(image, 90);
+}
+
+QImage rotateImageCCW90(const QImage &image)
+{
+    return quarterTurn(image, -90);
+}
+
+QImage applyNormalizedCrop(const QImage &image, const NormalizedCropRect &rect)
+{
+    if (image.isNull() || rect.width <= 0.001 || rect.height <= 0.001)
+        return image.copy();
+    const int width = image.width();
+    const int height = image.height();
+    const int x0 = std::clamp(int(width * rect.x), 0, width - 1);
+    const int y0 = std::clamp(int(height * rect.y), 0, height - 1);
+    const int w = std::max(1, std::min(width - x0, int(width * rect.width)));
+    const int h = std::max(1, std::min(height - y0, int(height * rect.height)));
+    return image.copy(x0, y0, w, h);
+}
