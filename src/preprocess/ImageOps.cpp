@@ -87,12 +87,6 @@ QImage blurClamped(const QImage &source, int blurRadius)
     return image;
 }
 
-int blurRadiusFor(const QSize &working)
-{
-    const int shorter = std::min(working.width(), working.height());
-    return shorter <= 47 ? 5 : shorter / 8;
-}
-
 bool isWhole(double value)
 {
     return std::abs(value - std::round(value)) < 1e-9;
@@ -126,59 +120,71 @@ QImage centerCropToSize(const QImage &image, int w, int h)
     return scaled.copy(x, y, w, h);
 }
 
-QImage buildBlurFillImage(const QImage &image, int w, int h, double scale, bool useScale)
+BlurFillGeometry blurFillGeometry(const QSize &source, int w, int h, double scale, bool useScale)
 {
-    if (image.isNull() || w <= 0 || h <= 0)
-        return QImage();
-    const double sourceWidth = image.width();
-    const double sourceHeight = image.height();
+    BlurFillGeometry geometry;
+    const double sourceWidth = source.width();
+    const double sourceHeight = source.height();
+    if (sourceWidth <= 0 || sourceHeight <= 0 || w <= 0 || h <= 0)
+        return geometry;
 
-    QImage canvas(w, h, QImage::Format_RGB32);
-    canvas.fill(Qt::black);
-
-    // Background: cover the frame, then 12 % larger.
     const double cover = std::max(h / sourceHeight, w / sourceWidth) * kBackgroundEnlargement;
-    const int backgroundWidth = std::max(1, int(sourceWidth * cover));
-    const int backgroundHeight = std::max(1, int(sourceHeight * cover));
+    geometry.background = QSize(std::max(1, int(sourceWidth * cover)), std::max(1, int(sourceHeight * cover)));
+    geometry.backgroundOffset = QPoint(int((w - geometry.background.width()) * 0.5),
+                                       int((h - geometry.background.height()) * 0.5));
+    geometry.working = geometry.background.scaled(kBlurWorkingBound, kBlurWorkingBound, Qt::KeepAspectRatio);
+    const int shorter = std::min(geometry.working.width(), geometry.working.height());
+    geometry.radius = shorter <= 47 ? 5 : shorter / 8;
 
-    // The blur runs at a reduced working size. The source goes there in one step: scaling it
-    // to the full background size first would only be scaled down again.
-    const QSize working = QSize(backgroundWidth, backgroundHeight).scaled(kBlurWorkingBound, kBlurWorkingBound, Qt::KeepAspectRatio);
-    QImage blurred = image.scaled(std::max(1, working.width()), std::max(1, working.height()), Qt::IgnoreAspectRatio,
-                                  Qt::SmoothTransformation);
-    if (!blurred.isNull())
-        blurred = blurClamped(blurred, blurRadiusFor(working));
-    const QImage background =
-        blurred.scaled(backgroundWidth, backgroundHeight, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
-
-    QPainter painter(&canvas);
-    painter.setOpacity(kBackgroundOpacity);
-    painter.drawImage(QPoint(int((w - backgroundWidth) * 0.5), int((h - backgroundHeight) * 0.5)), background);
-    painter.setOpacity(1.0);
-    painter.fillRect(canvas.rect(), QColor(0, 0, 0, kBackgroundDarkeningAlpha));
-
-    // Foreground: fitted; with useScale zoomed, and a zoom that leaves both sides short of the
-    // frame snaps to the covering size instead of a second margin.
     const double fit = std::min(w / sourceWidth, h / sourceHeight);
     double foregroundWidth = sourceWidth * fit;
     double foregroundHeight = sourceHeight * fit;
     if (useScale) {
         foregroundWidth *= scale;
         foregroundHeight *= scale;
+        // A zoom that leaves both sides short of the frame snaps to the covering size
+        // instead of leaving a second margin.
         if (w > foregroundWidth && h > foregroundHeight) {
             const double snap = std::max(w / foregroundWidth, h / foregroundHeight);
             foregroundWidth *= snap;
             foregroundHeight *= snap;
         }
     }
-    const QRectF target((w - foregroundWidth) * 0.5, (h - foregroundHeight) * 0.5, foregroundWidth, foregroundHeight);
+    geometry.foreground = QRectF((w - foregroundWidth) * 0.5, (h - foregroundHeight) * 0.5, foregroundWidth,
+                                 foregroundHeight);
+    return geometry;
+}
+
+QImage buildBlurFillImage(const QImage &image, int w, int h, double scale, bool useScale)
+{
+    if (image.isNull() || w <= 0 || h <= 0)
+        return QImage();
+    const BlurFillGeometry geometry = blurFillGeometry(image.size(), w, h, scale, useScale);
+
+    QImage canvas(w, h, QImage::Format_RGB32);
+    canvas.fill(Qt::black);
+
+    // The source goes to the working size in one step: scaling it to the full background
+    // size first would only be scaled down again.
+    QImage blurred = image.scaled(std::max(1, geometry.working.width()), std::max(1, geometry.working.height()),
+                                  Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    if (!blurred.isNull())
+        blurred = blurClamped(blurred, geometry.radius);
+    const QImage background = blurred.scaled(geometry.background, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+
+    QPainter painter(&canvas);
+    painter.setOpacity(kBackgroundOpacity);
+    painter.drawImage(geometry.backgroundOffset, background);
+    painter.setOpacity(1.0);
+    painter.fillRect(canvas.rect(), QColor(0, 0, 0, kBackgroundDarkeningAlpha));
+
+    const QRectF &target = geometry.foreground;
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
     if (isWhole(target.x()) && isWhole(target.y()) && isWhole(target.width()) && isWhole(target.height())) {
-        // Whole-pixel placement: an area-averaged pre-scale gives the same rectangle without the
-        // aliasing of a painter's bilinear downscale.
-        painter.drawImage(target.topLeft().toPoint(),
-                          image.scaled(qRound(target.width()), qRound(target.height()), Qt::IgnoreAspectRatio,
-                                       Qt::SmoothTransformation));
+        // Whole-pixel placement: an area-averaged pre-scale fills the same rectangle without
+        // the aliasing of a painter's bilinear downscale.
+        painter.drawImage(target.topLeft().toPoint(), image.scaled(qRound(target.width()), qRound(target.height()),
+                                                                   Qt::IgnoreAspectRatio, Qt::SmoothTransformation));
     } else {
         painter.drawImage(target, image);
     }
