@@ -161,33 +161,39 @@ QImage buildBlurFillImage(const QImage &image, int w, int h, double scale, bool 
         return QImage();
     const BlurFillGeometry geometry = blurFillGeometry(image.size(), w, h, scale, useScale);
 
-    QImage canvas(w, h, QImage::Format_RGB32);
-    canvas.fill(Qt::black);
+    // A foreground placed on whole pixels is pre-scaled with area averaging: the same
+    // rectangle as a painter's bilinear downscale, without its aliasing.
+    const QRectF &target = geometry.foreground;
+    QImage fitted;
+    if (isWhole(target.x()) && isWhole(target.y()) && isWhole(target.width()) && isWhole(target.height()))
+        fitted = image.scaled(qRound(target.width()), qRound(target.height()), Qt::IgnoreAspectRatio,
+                              Qt::SmoothTransformation);
 
-    // The source goes to the working size in one step: scaling it to the full background
+    // The background is blurred at the working size. It is scaled there from the smallest
+    // picture at hand that is still large enough: scaling the source to the full background
     // size first would only be scaled down again.
-    QImage blurred = image.scaled(std::max(1, geometry.working.width()), std::max(1, geometry.working.height()),
-                                  Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    const QSize working(std::max(1, geometry.working.width()), std::max(1, geometry.working.height()));
+    const bool fittedIsEnough = !fitted.isNull() && fitted.width() >= working.width()
+        && fitted.height() >= working.height();
+    QImage blurred = (fittedIsEnough ? fitted : image).scaled(working, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
     if (!blurred.isNull())
         blurred = blurClamped(blurred, geometry.radius);
-    const QImage background = blurred.scaled(geometry.background, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
 
+    QImage canvas(w, h, QImage::Format_RGB32);
+    canvas.fill(Qt::black);
     QPainter painter(&canvas);
+    painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    // Scaled back up to the background size as it is drawn: only the part inside the
+    // canvas is ever computed.
     painter.setOpacity(kBackgroundOpacity);
-    painter.drawImage(geometry.backgroundOffset, background);
+    painter.drawImage(QRect(geometry.backgroundOffset, geometry.background), blurred);
     painter.setOpacity(1.0);
     painter.fillRect(canvas.rect(), QColor(0, 0, 0, kBackgroundDarkeningAlpha));
 
-    const QRectF &target = geometry.foreground;
-    painter.setRenderHint(QPainter::SmoothPixmapTransform);
-    if (isWhole(target.x()) && isWhole(target.y()) && isWhole(target.width()) && isWhole(target.height())) {
-        // Whole-pixel placement: an area-averaged pre-scale fills the same rectangle without
-        // the aliasing of a painter's bilinear downscale.
-        painter.drawImage(target.topLeft().toPoint(), image.scaled(qRound(target.width()), qRound(target.height()),
-                                                                   Qt::IgnoreAspectRatio, Qt::SmoothTransformation));
-    } else {
+    if (!fitted.isNull())
+        painter.drawImage(target.topLeft().toPoint(), fitted);
+    else
         painter.drawImage(target, image);
-    }
     return canvas;
 }
 

@@ -1,0 +1,164 @@
+// Measures the per-photo cost of the image work of a run: loading at thumbnail, preview and
+// full size, the export render of every fill mode, the JPEG save, and the whole per-row export
+// (load + render + save), against a bare full decode of the same files.
+//
+//   bench_export [FOLDER] [--rounds N]
+//
+// Without FOLDER it makes six 12-megapixel JPEG photos in a temporary folder first.
+#include "images/ImageLoader.h"
+#include "preprocess/ImagePreprocess.h"
+#include "ui/UiLanguage.h"
+
+#include <QBuffer>
+#include <QCoreApplication>
+#include <QDir>
+#include <QDirIterator>
+#include <QElapsedTimer>
+#include <QGuiApplication>
+#include <QImageReader>
+#include <QPainter>
+#include <QRandomGenerator>
+#include <QTemporaryDir>
+
+#include <algorithm>
+#include <cstdio>
+#include <functional>
+#include <vector>
+
+namespace {
+
+const QSize kPanel(1200, 1600);
+
+QStringList photosIn(const QString &folder)
+{
+    QStringList patterns;
+    for (const QString &extension : ImageLoader::supportedExtensions())
+        patterns << QStringLiteral("*.") + extension << QStringLiteral("*.") + extension.toUpper();
+    QStringList files;
+    QDirIterator it(folder, patterns, QDir::Files);
+    while (it.hasNext())
+        files << it.next();
+    files.sort();
+    return files;
+}
+
+// Photo-like content: smooth gradients with shapes and grain, so JPEG coding does real work.
+void makePhotos(const QString &folder, int count)
+{
+    QRandomGenerator random(42);
+    for (int i = 0; i < count; ++i) {
+        QImage image(4000, 3000, QImage::Format_RGB32);
+        QPainter painter(&image);
+        QLinearGradient sky(0, 0, 4000, 3000);
+        sky.setColorAt(0, QColor::fromHsv(int(random.bounded(360)), 120, 230));
+        sky.setColorAt(1, QColor::fromHsv(int(random.bounded(360)), 200, 90));
+        painter.fillRect(image.rect(), sky);
+        for (int shape = 0; shape < 60; ++shape) {
+            painter.setBrush(QColor::fromHsv(int(random.bounded(360)), 180, 200, 160));
+            painter.setPen(Qt::NoPen);
+            painter.drawEllipse(QPointF(random.bounded(4000), random.bounded(3000)), random.bounded(400) + 20,
+                                random.bounded(400) + 20);
+        }
+        painter.end();
+        for (int y = 0; y < image.height(); ++y) {
+            auto *line = reinterpret_cast<QRgb *>(image.scanLine(y));
+            for (int x = 0; x < image.width(); ++x) {
+                const int grain = int(random.bounded(17)) - 8;
+                line[x] = qRgb(qBound(0, qRed(line[x]) + grain, 255), qBound(0, qGreen(line[x]) + grain, 255),
+                               qBound(0, qBlue(line[x]) + grain, 255));
+            }
+        }
+        image.save(QDir(folder).filePath(QStringLiteral("photo_%1.jpg").arg(i)), "JPEG", 90);
+    }
+}
+
+// Median over the rounds of the mean milliseconds per photo.
+double medianMsPerPhoto(int rounds, const QStringList &files, const std::function<void(const QString &)> &work)
+{
+    std::vector<double> perPhoto;
+    for (int round = 0; round < rounds; ++round) {
+        QElapsedTimer timer;
+        timer.start();
+        for (const QString &file : files)
+            work(file);
+        perPhoto.push_back(double(timer.nsecsElapsed()) / 1e6 / files.size());
+    }
+    std::sort(perPhoto.begin(), perPhoto.end());
+    return perPhoto[perPhoto.size() / 2];
+}
+
+void report(const char *name, double ms)
+{
+    std::printf("  %-40s %9.1f ms/photo\n", name, ms);
+    std::fflush(stdout);
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    QGuiApplication app(argc, argv);
+    UiLanguage::set(UiLanguage::English);
+    ImageLoader::applyAllocationLimit();
+
+    QStringList args = QCoreApplication::arguments().mid(1);
+    int rounds = 3;
+    const int roundsAt = int(args.indexOf(QStringLiteral("--rounds")));
+    if (roundsAt >= 0 && roundsAt + 1 < args.size()) {
+        rounds = std::max(1, args.at(roundsAt + 1).toInt());
+        args.remove(roundsAt, 2);
+    }
+    QTemporaryDir scratch;
+    QString folder = args.value(0);
+    if (folder.isEmpty()) {
+        folder = scratch.filePath(QStringLiteral("photos"));
+        QDir().mkpath(folder);
+        std::printf("No folder given: making six 4000x3000 JPEG photos in %s\n", qPrintable(folder));
+        makePhotos(folder, 6);
+    }
+    const QStringList files = photosIn(folder);
+    if (files.isEmpty()) {
+        std::fprintf(stderr, "no photos in %s\n", qPrintable(folder));
+        return 2;
+    }
+    std::printf("%lld photo(s) from %s, median of %d round(s)\n", qint64(files.size()), qPrintable(folder), rounds);
+
+    const double bare = medianMsPerPhoto(rounds, files, [](const QString &file) { QImageReader(file).read(); });
+    report("bare full decode (QImageReader)", bare);
+    for (int maxSide : {72, 280, 0}) {
+        const QByteArray name = "load " + (maxSide ? "maxSide " + QByteArray::number(maxSide) : QByteArray("full"));
+        report(name.constData(), medianMsPerPhoto(rounds, files, [maxSide](const QString &file) { ImageLoader::load(file, maxSide); }));
+    }
+
+    // Renders and saves work on the images already in memory.
+    std::vector<QImage> images;
+    for (const QString &file : files)
+        images.push_back(ImageLoader::load(file, 0));
+    int index = 0;
+    const auto eachImage = [&](const std::function<void(const QImage &)> &work) {
+        return [&, work](const QString &) { work(images[size_t(index++ % images.size())]); };
+    };
+    for (bool landscape : {false, true}) {
+        for (FillMode mode : {FillMode::BlurFill, FillMode::WhiteFill, FillMode::BlackFill, FillMode::CenterCrop}) {
+            const QByteArray name = "render " + fillModeLabel(mode).toUtf8() + (landscape ? " (landscape)" : " (portrait)");
+            report(name.constData(), medianMsPerPhoto(rounds, files, eachImage([mode, landscape](const QImage &image) {
+                       renderPreprocExport(image, {mode, 0}, kPanel, landscape);
+                   })));
+        }
+    }
+    const QImage exported = renderPreprocExport(images.front(), {FillMode::BlurFill, 0}, kPanel, false);
+    report("JPEG save q92 (1200x1600)", medianMsPerPhoto(rounds, files, [&](const QString &) {
+               QByteArray bytes;
+               QBuffer buffer(&bytes);
+               buffer.open(QIODevice::WriteOnly);
+               exported.save(&buffer, "JPEG", 92);
+           }));
+
+    const QString out = scratch.filePath(QStringLiteral("export.jpg"));
+    const double row = medianMsPerPhoto(rounds, files, [&](const QString &file) {
+        renderPreprocExport(ImageLoader::load(file, 0), {FillMode::BlurFill, 0}, kPanel, false).save(out, "JPEG", 92);
+    });
+    report("per-row export (load + blur fill + save)", row);
+    std::printf("  per-row export / bare full decode: %.2f\n", row / bare);
+    return 0;
+}
