@@ -1,9 +1,24 @@
 // Construction, events and the log.
 #include "app/MainWindow.h"
 
+#include <QCloseEvent>
+#include <QCoreApplication>
 #include <QDialog>
+#include <QDragEnterEvent>
+#include <QDropEvent>
+#include <QMessageBox>
+#include <QMimeData>
 #include <QPlainTextEdit>
 #include <QScrollBar>
+#include <QUrl>
+
+const QString MainWindow::kTempPreprocDir = QStringLiteral("/tarngui_preproc");
+
+std::unique_ptr<QSettings> appSettings()
+{
+    const QString path = QCoreApplication::applicationDirPath() + QStringLiteral("/VeloraOfflineTool.ini");
+    return std::make_unique<QSettings>(path, QSettings::IniFormat);
+}
 
 MainWindow::MainWindow(QWidget *parent)
     : QMainWindow(parent)
@@ -11,12 +26,60 @@ MainWindow::MainWindow(QWidget *parent)
     setupMenuBar();
     setupUI();
     loadProcessorConfig();
+    loadSettings();
     retranslateUi();
 }
 
-MainWindow::~MainWindow() = default;
+MainWindow::~MainWindow()
+{
+    saveSettings();
+    if (m_process && m_process->state() != QProcess::NotRunning) {
+        m_process->kill();
+        m_process->waitForFinished(2000);
+    }
+}
 
 void MainWindow::setUiLanguage(UiLanguage::Lang /*lang*/) {}
+
+void MainWindow::showEvent(QShowEvent *event)
+{
+    QMainWindow::showEvent(event);
+    if (!m_startupCheckDone) {
+        m_startupCheckDone = true;
+        checkProcessorAtStartup();
+    }
+}
+
+void MainWindow::closeEvent(QCloseEvent *event)
+{
+    if (m_processing) {
+        const auto answer =
+            QMessageBox::question(this, Str::confirmTitle(), Str::confirmQuitWhileProcessing(),
+                                  QMessageBox::Yes | QMessageBox::No, QMessageBox::NoButton);
+        if (answer != QMessageBox::Yes) {
+            event->ignore();
+            return;
+        }
+        onStopProcess();
+    }
+    event->accept();
+}
+
+void MainWindow::dragEnterEvent(QDragEnterEvent *event)
+{
+    if (event->mimeData() && event->mimeData()->hasUrls())
+        event->acceptProposedAction();
+}
+
+void MainWindow::dropEvent(QDropEvent *event)
+{
+    if (!event->mimeData())
+        return;
+    QStringList paths;
+    for (const QUrl &url : event->mimeData()->urls())
+        paths << url.toLocalFile(); // a URL that is not a local file gives an empty path, ignored later
+    addImageFiles(paths);
+}
 
 void MainWindow::onShowLog()
 {

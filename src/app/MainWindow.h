@@ -1,50 +1,254 @@
 #pragma once
 
+#include "preprocess/ImagePreprocess.h"
 #include "processor/ProcessorConfig.h"
+#include "ui/AppStrings.h"
 #include "ui/UiLanguage.h"
 
 #include <QMainWindow>
+#include <QProcess>
+#include <QSet>
+#include <QSettings>
 
+#include <functional>
+#include <memory>
+
+class ImageTableWidget;
+class PreprocControlPanel;
+class PreprocWidget;
 class QAction;
+class QCheckBox;
+class QComboBox;
 class QDialog;
+class QGroupBox;
+class QGridLayout;
 class QLabel;
+class QLineEdit;
 class QMenu;
 class QPlainTextEdit;
+class QProgressBar;
+class QPushButton;
+class QSpinBox;
 
-// The main window: owns all state of the tool and its widgets. Its member functions are
-// spread over files named for the concern they implement (MainWindow*.cpp).
+// The settings file "VeloraOfflineTool.ini" beside the executable; a fresh object each call.
+std::unique_ptr<QSettings> appSettings();
+
+// The main window: owns all state of the tool, its three-step layout, the image table and the
+// processing run. Its member functions are spread over files named for the concern they
+// implement (MainWindow*.cpp).
 class MainWindow : public QMainWindow
 {
     Q_OBJECT
 
 public:
+    // Below the system temporary folder: the rendered JPEGs of a run.
+    static const QString kTempPreprocDir;
+
+    // Columns of the image table.
+    enum Column { SelectColumn = 0, OrderColumn = 1, ThumbColumn = 2, FileColumn = 3, StatusColumn = 4 };
+    // Data roles on a row's file cell.
+    static constexpr int kSourcePathRole = Qt::UserRole;
+    static constexpr int kBaseDirRole = Qt::UserRole + 1;
+    static constexpr int kTempPreprocRole = Qt::UserRole + 2;
+    static constexpr int kHeicCacheRole = Qt::UserRole + 3;
+    static constexpr int kPlaylistFrameLimit = 1000;
+
     explicit MainWindow(QWidget *parent = nullptr);
     ~MainWindow() override;
 
     // This edition has no language switch: deliberately does nothing.
     void setUiLanguage(UiLanguage::Lang lang);
 
-    void appendLog(const QString &text);
     void retranslateUi();
+    void refreshAllRowStatusText();
+    void refreshPreprocLanguage();
+    void appendLog(const QString &text);
+
+    // Images and the table
+    void addImageFiles(const QStringList &paths);
+    void addSingleFile(const QString &path, const QString &baseDir, QSet<QString> *seen);
+    void updateCount();
+    QList<int> checkedRows() const;
+    QWidget *createRowReorderWidget(int row);
+    int findRowForReorderButton(QWidget *button) const;
+    void moveTableRowUp(int row);
+    void moveTableRowDown(int row);
+    void cleanupTempFile(int row);
+    void cleanupHeicCache(int row);
+    void setRowStatus(int row, Str::RowStatus status, int exitCode = 0);
+    PreprocWidget *preprocWidgetAt(int row) const;
+    ImageTableWidget *imageTable() const { return m_imageTable; }
+    bool isProcessing() const { return m_processing; }
+
+    // Batch preprocessing and frame settings
+    int runBatchPreprocOnCheckedRows(const QString &title,
+                                     const std::function<void(PreprocWidget *)> &action);
+    int applyFillToCheckedRows(FillMode mode);
+    int applyRotateStepToCheckedRows(int step);
+    void updatePreprocPanelSettings();
+
+    // Target device
+    QSize panelResolution() const;
+    bool isLandscapeOrientation() const;
+    QString frameOrientationValue() const;
+    QString currentKeyFilePath() const;
+    void setLitePanelType(const QString &type);
+    void updatePanelResolutionLabel();
+
+    // Processor
     QString currentVariantId() const;
+    void updateVariantFeatures();
+
+    // Playlist settings
+    int playlistIntervalMinutes() const;
+    void setPlaylistIntervalMinutes(int minutes);
+    void updatePlaylistUiState();
+    bool playlistFrameLimitApplies() const;
+    QString playlistParentDir() const;
+    void openOutputOrPlaylistDir();
 
 public Q_SLOTS:
+    void onBrowseExe();
+    void onBrowseWorkDir();
+    void onBrowseOutputDir();
+    void onBrowseLut();
+    void onBrowseAnalysisOutput();
+    void onAddImages();
+    void onAddFolder();
+    void onClearAll();
+    void onRemoveSelected();
+    void onStartProcess();
+    void onStopProcess();
+    void onGlobalStrategyChanged(int index);
+    void onAnalysisModeToggled(bool checked);
+    void onProcessFinished(int exitCode, QProcess::ExitStatus status);
+    void onProcessReadyReadStdOut();
+    void onProcessReadyReadStdErr();
+    void onBatchFillMode(FillMode mode);
+    void onBatchRotateLeft();
+    void onBatchRotateRight();
+    void onSelectAllToggled(bool checked);
+    void onVariantChanged(int index);
+    void onReloadConfig();
+    void onCreatePlaylist();
+    void onPlaylistEnableToggled(bool checked);
+    void onBrowsePlaylistDir();
+    void onBrowseKeyFile();
+    void onKeyHistoryChanged(int index);
     void onShowLog();
+
+protected:
+    void showEvent(QShowEvent *event) override;
+    void closeEvent(QCloseEvent *event) override;
+    void dragEnterEvent(QDragEnterEvent *event) override;
+    void dropEvent(QDropEvent *event) override;
 
 private:
     void setupMenuBar();
     void setupUI();
+    QGroupBox *createStepSelectDevice();
+    QGroupBox *createStepAddImages();
+    QGroupBox *createStepCreatePlayback();
+    void createInternalOptionWidgets(QGroupBox *section, QGridLayout *grid);
+    void setupImageTable();
     void setupLogWindow();
     void showAboutBox();
+    void relabelUnnamedLabels();
     void loadProcessorConfig();
+    void loadSettings();
+    void saveSettings();
+    void checkProcessorAtStartup();
+    void onPlaylistIntervalPartChanged();
+    void swapRowContent(int a, int b);
+    void setListEditingEnabled(bool enabled);
+    int applyToRowWidgets(const QList<int> &rows, const QString &title, QString (*progressLabel)(int, int),
+                          const std::function<void(PreprocWidget *)> &action);
 
     ProcessorConfig m_processorConfig;
     QString m_variantId;
 
+    // Menu
     QMenu *m_helpMenu = nullptr;
     QAction *m_actionAbout = nullptr;
     QAction *m_actionViewLog = nullptr;
+
+    // Sections
     QLabel *m_introLabel = nullptr;
+    QGroupBox *m_stepDevice = nullptr;
+    QGroupBox *m_stepImages = nullptr;
+    QGroupBox *m_stepPlayback = nullptr;
+    QGridLayout *m_deviceGrid = nullptr;
+    QGridLayout *m_playbackGrid = nullptr;
+
+    // Step 1: device and processor
+    QLabel *m_keyFileLabel = nullptr;
+    QComboBox *m_keyHistoryCombo = nullptr;
+    QPushButton *m_importKeyButton = nullptr;
+    QLineEdit *m_keyFileEdit = nullptr;
+    QComboBox *m_variantCombo = nullptr; // not built in this edition
+    QLineEdit *m_exeEdit = nullptr;
+    QLineEdit *m_workDirEdit = nullptr;
+    QLineEdit *m_outputEdit = nullptr;
+    QLineEdit *m_lutEdit = nullptr;
+    QLabel *m_frameModelLabel = nullptr;
+    QComboBox *m_panelTypeCombo = nullptr;
+    QLabel *m_panelResolutionLabel = nullptr;
+    QLabel *m_customSizeLabel = nullptr;
+    QLineEdit *m_customSizeEdit = nullptr;
+    QLabel *m_orientationLabel = nullptr;
+    QComboBox *m_orientationCombo = nullptr;
+
+    // Step 1: the internal edition's options (created hidden here)
+    QComboBox *m_strategyCombo = nullptr;
+    QComboBox *m_modeCombo = nullptr;
+    QCheckBox *m_jpgOnlyCheck = nullptr;
+    QCheckBox *m_disableAnalysisCheck = nullptr;
+    QCheckBox *m_disableCropCheck = nullptr;
+    QCheckBox *m_analysisOnlyCheck = nullptr;
+    QLineEdit *m_analysisOutputEdit = nullptr;
+    QPushButton *m_analysisOutputBrowse = nullptr;
+    QComboBox *m_analysisFormatCombo = nullptr;
+
+    // Step 2: images
+    QPushButton *m_addImagesButton = nullptr;
+    QPushButton *m_addFolderButton = nullptr;
+    QPushButton *m_clearButton = nullptr;
+    QPushButton *m_removeButton = nullptr;
+    QLabel *m_countLabel = nullptr;
+    QCheckBox *m_includeSubfoldersCheck = nullptr;
+    QCheckBox *m_selectAllCheck = nullptr;
+    QLabel *m_batchLabel = nullptr;
+    PreprocControlPanel *m_batchPanel = nullptr;
+    ImageTableWidget *m_imageTable = nullptr;
+
+    // Step 3: playback file
+    QCheckBox *m_playlistEnableCheck = nullptr;
+    QLabel *m_intervalLabel = nullptr;
+    QSpinBox *m_intervalDays = nullptr;
+    QSpinBox *m_intervalHours = nullptr;
+    QSpinBox *m_intervalMinutes = nullptr;
+    QLabel *m_unitDays = nullptr;
+    QLabel *m_unitHours = nullptr;
+    QLabel *m_unitMinutes = nullptr;
+    QCheckBox *m_loopCheck = nullptr;
+    QLabel *m_saveLocationLabel = nullptr;
+    QLineEdit *m_playlistDirEdit = nullptr;
+    QPushButton *m_playlistDirBrowse = nullptr;
+    QLabel *m_playlistHintLabel = nullptr;
+    QProgressBar *m_progressBar = nullptr;
+    QPushButton *m_openPlaylistButton = nullptr;
+    QPushButton *m_createPlaylistButton = nullptr;
+    QPushButton *m_startButton = nullptr;
+    QPushButton *m_stopButton = nullptr;
+
+    // Log
     QDialog *m_logWindow = nullptr;
     QPlainTextEdit *m_logView = nullptr;
+
+    // Run state
+    QProcess *m_process = nullptr;
+    int m_currentRow = -1;
+    bool m_processing = false;
+    int m_successCount = 0;
+    bool m_startupCheckDone = false;
 };

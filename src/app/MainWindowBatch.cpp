@@ -1,0 +1,129 @@
+// Batch preprocessing of the checked rows, and the frame settings of every row.
+#include "app/MainWindow.h"
+
+#include "images/ImageTableWidget.h"
+#include "preprocess/PreprocControlPanel.h"
+#include "preprocess/PreprocWidget.h"
+
+#include <QCoreApplication>
+#include <QMessageBox>
+#include <QProgressDialog>
+
+namespace {
+constexpr int kRowsWithoutProgress = 10;
+}
+
+int MainWindow::applyToRowWidgets(const QList<int> &rows, const QString &title,
+                                  QString (*progressLabel)(int, int),
+                                  const std::function<void(PreprocWidget *)> &action)
+{
+    int changed = 0;
+    const auto applyTo = [&](int row) {
+        PreprocWidget *widget = preprocWidgetAt(row);
+        if (!widget)
+            return false; // not a row widget: skipped and not counted
+        action(widget);
+        widget->refreshPreviewDisplay();
+        ++changed;
+        return true;
+    };
+    if (rows.size() <= kRowsWithoutProgress) {
+        for (int row : rows)
+            applyTo(row);
+        return changed;
+    }
+
+    const int total = int(rows.size());
+    QProgressDialog progress(this);
+    progress.setWindowTitle(title);
+    progress.setWindowModality(Qt::WindowModal);
+    progress.setMinimumDuration(0);
+    progress.setAutoClose(true);
+    progress.setAutoReset(true);
+    progress.setCancelButtonText(Str::cancel());
+    progress.setMinimumWidth(320);
+    progress.setRange(0, total);
+    progress.setValue(0);
+    progress.setLabelText(progressLabel(0, total));
+    progress.show();
+    m_imageTable->setUpdatesEnabled(false);
+    int done = 0;
+    for (int row : rows) {
+        if (progress.wasCanceled())
+            break; // rows already changed stay changed
+        if (!applyTo(row))
+            continue;
+        ++done;
+        progress.setValue(done);
+        progress.setLabelText(progressLabel(done, total));
+        if (done % 3 == 0)
+            QCoreApplication::processEvents();
+    }
+    progress.setValue(total);
+    m_imageTable->setUpdatesEnabled(true);
+    return changed;
+}
+
+int MainWindow::runBatchPreprocOnCheckedRows(const QString &title,
+                                             const std::function<void(PreprocWidget *)> &action)
+{
+    const QList<int> rows = checkedRows();
+    if (rows.isEmpty()) {
+        QMessageBox::information(this, title, Str::selectImagesForBatch());
+        return 0;
+    }
+    return applyToRowWidgets(rows, title, &Str::batchApplyProgress, action);
+}
+
+int MainWindow::applyFillToCheckedRows(FillMode mode)
+{
+    const int changed = runBatchPreprocOnCheckedRows(
+        Str::batchProcessingTitle(), [mode](PreprocWidget *widget) { widget->setFillMode(mode, false); });
+    if (changed > 0)
+        appendLog(Str::batchFillApplied(fillModeLabel(mode), changed));
+    return changed;
+}
+
+int MainWindow::applyRotateStepToCheckedRows(int step)
+{
+    const int changed = runBatchPreprocOnCheckedRows(
+        Str::batchRotateTitle(), [step](PreprocWidget *widget) { widget->stepRotate(step, false); });
+    if (changed > 0)
+        appendLog(
+            Str::batchRotateApplied(step < 0 ? Str::batchRotateLeft() : Str::batchRotateRight(), changed));
+    return changed;
+}
+
+void MainWindow::onBatchFillMode(FillMode mode) { applyFillToCheckedRows(mode); }
+
+void MainWindow::onBatchRotateLeft() { applyRotateStepToCheckedRows(-90); }
+
+void MainWindow::onBatchRotateRight() { applyRotateStepToCheckedRows(90); }
+
+void MainWindow::updatePreprocPanelSettings()
+{
+    if (!m_imageTable)
+        return;
+    const QSize panel = panelResolution();
+    const bool landscape = isLandscapeOrientation();
+    QList<int> rows;
+    for (int row = 0; row < m_imageTable->rowCount(); ++row) {
+        if (preprocWidgetAt(row))
+            rows << row;
+    }
+    if (rows.isEmpty())
+        return;
+    applyToRowWidgets(
+        rows, Str::frameSettingsProgressTitle(), &Str::frameSettingsProgress,
+        [panel, landscape](PreprocWidget *widget) { widget->setFrameSettings(panel, landscape, false); });
+}
+
+void MainWindow::refreshPreprocLanguage()
+{
+    if (m_batchPanel)
+        m_batchPanel->applyLanguage();
+    for (int row = 0; m_imageTable && row < m_imageTable->rowCount(); ++row) {
+        if (PreprocWidget *widget = preprocWidgetAt(row))
+            widget->applyLanguage();
+    }
+}

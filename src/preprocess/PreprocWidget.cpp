@@ -1,0 +1,226 @@
+#include "preprocess/PreprocWidget.h"
+
+#include "images/ImageLoader.h"
+#include "preprocess/ImagePreviewDialog.h"
+#include "preprocess/PreprocControlPanel.h"
+#include "ui/AppStrings.h"
+
+#include <QDir>
+#include <QEvent>
+#include <QFileInfo>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QTimer>
+#include <QVBoxLayout>
+
+namespace {
+constexpr int kThumbnailSourceSide = 280;
+constexpr int kPreviewBox = 88;
+} // namespace
+
+PreprocWidget::PreprocWidget(const QString &path, QWidget *parent)
+    : QWidget(parent)
+    , m_sourcePath(path)
+    , m_thumbnailSource(ImageLoader::load(path, kThumbnailSourceSide))
+    , m_state{defaultFillMode(), 0}
+    , m_panelResolution(1200, 1600)
+{
+    setupUI();
+    // The first thumbnail is drawn once the row is in place.
+    QTimer::singleShot(0, this, &PreprocWidget::updatePreview);
+}
+
+PreprocState PreprocWidget::withoutDirect(PreprocState state)
+{
+    if (state.fillMode == FillMode::Direct)
+        state.fillMode = FillMode::BlurFill;
+    state.rotationDegrees = ((state.rotationDegrees % 360) + 360) % 360;
+    return state;
+}
+
+void PreprocWidget::setupUI()
+{
+    auto *layout = new QHBoxLayout(this);
+    layout->setContentsMargins(4, 3, 4, 3);
+    layout->setSpacing(6);
+
+    auto *left = new QVBoxLayout;
+    left->setContentsMargins(0, 0, 0, 0);
+    left->setSpacing(3);
+    m_nameLabel = new QLabel(this);
+    m_nameLabel->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
+    showSourceName();
+    left->addWidget(m_nameLabel);
+    m_controlPanel = new PreprocControlPanel(PreprocControlPanel::LayoutStyle::Stacked, false, true, this);
+    m_controlPanel->setState(m_state);
+    m_controlPanel->applyLanguage();
+    left->addWidget(m_controlPanel);
+    layout->addLayout(left, 1);
+
+    m_previewLabel = new QLabel(this);
+    m_previewLabel->setAlignment(Qt::AlignCenter);
+    m_previewLabel->setCursor(Qt::PointingHandCursor);
+    m_previewLabel->setStyleSheet(QStringLiteral("background: transparent;"));
+    m_previewLabel->setToolTip(Str::clickPreviewTip());
+    m_previewLabel->installEventFilter(this);
+    updatePreviewFrameSize();
+    layout->addWidget(m_previewLabel);
+
+    connect(m_controlPanel, &PreprocControlPanel::fillModeSelected, this, &PreprocWidget::onFillModeSelected);
+    connect(m_controlPanel, &PreprocControlPanel::rotateLeftRequested, this, &PreprocWidget::onRotateLeft);
+    connect(m_controlPanel, &PreprocControlPanel::rotateRightRequested, this, &PreprocWidget::onRotateRight);
+}
+
+void PreprocWidget::showSourceName()
+{
+    m_nameLabel->setText(QFileInfo(m_sourcePath).fileName());
+    m_nameLabel->setToolTip(m_sourcePath);
+}
+
+void PreprocWidget::updatePreviewFrameSize()
+{
+    m_previewLabel->setFixedSize(
+        previewFrameOuterSize(effectiveFrameResolution(m_panelResolution, m_landscape), kPreviewBox));
+}
+
+QImage PreprocWidget::displayPreviewImage() const
+{
+    if (m_thumbnailSource.isNull())
+        return QImage();
+    return renderPreprocDisplayPreview(m_thumbnailSource, m_state,
+                                       scaledResolutionForPreview(m_panelResolution, kThumbnailSourceSide),
+                                       m_landscape);
+}
+
+QImage PreprocWidget::processedPreview() const
+{
+    return m_state.fillMode == FillMode::Direct ? QImage() : displayPreviewImage();
+}
+
+void PreprocWidget::refreshPreviewPixmap()
+{
+    const QImage preview = displayPreviewImage();
+    if (preview.isNull())
+        return;
+    m_previewLabel->setPixmap(makeFramedPreviewPixmapExact(
+        preview,
+        previewFrameOuterSize(effectiveFrameResolution(m_panelResolution, m_landscape), kPreviewBox)));
+}
+
+void PreprocWidget::updatePreview()
+{
+    if (m_thumbnailSource.isNull()) {
+        m_previewLabel->hide();
+        return;
+    }
+    refreshPreviewPixmap();
+    m_previewLabel->show();
+}
+
+void PreprocWidget::refreshPreviewDisplay() { updatePreview(); }
+
+QImage PreprocWidget::loadFullSourceImage() const { return ImageLoader::load(m_sourcePath, 0); }
+
+void PreprocWidget::finishChange(bool refresh)
+{
+    m_controlPanel->setState(m_state);
+    if (!refresh)
+        return;
+    refreshPreviewDisplay();
+    Q_EMIT preprocessingChanged();
+}
+
+void PreprocWidget::setFillMode(FillMode mode, bool refresh)
+{
+    m_state = withoutDirect({mode, m_state.rotationDegrees});
+    finishChange(refresh);
+}
+
+void PreprocWidget::onFillModeSelected(FillMode mode) { setFillMode(mode, true); }
+
+void PreprocWidget::stepRotate(int deltaDegrees, bool refresh)
+{
+    m_state = withoutDirect({m_state.fillMode, m_state.rotationDegrees + deltaDegrees});
+    finishChange(refresh);
+}
+
+void PreprocWidget::onRotateLeft() { stepRotate(-90, true); }
+
+void PreprocWidget::onRotateRight() { stepRotate(90, true); }
+
+void PreprocWidget::commitState(const PreprocState &state, bool refresh)
+{
+    m_state = withoutDirect(state);
+    finishChange(refresh);
+}
+
+void PreprocWidget::applyState(const PreprocState &state) { commitState(state, true); }
+
+void PreprocWidget::setFrameSettings(const QSize &panel, bool landscape, bool refresh)
+{
+    if (panel == m_panelResolution && landscape == m_landscape)
+        return;
+    m_panelResolution = panel;
+    m_landscape = landscape;
+    updatePreviewFrameSize();
+    if (refresh) {
+        refreshPreviewDisplay();
+        Q_EMIT preprocessingChanged();
+    }
+}
+
+void PreprocWidget::swapContentWith(PreprocWidget *other)
+{
+    if (!other || other == this)
+        return;
+    std::swap(m_sourcePath, other->m_sourcePath);
+    std::swap(m_thumbnailSource, other->m_thumbnailSource);
+    std::swap(m_state, other->m_state);
+    for (PreprocWidget *widget : {this, other}) {
+        widget->showSourceName();
+        widget->m_controlPanel->setState(widget->m_state);
+        widget->updatePreview();
+    }
+}
+
+void PreprocWidget::applyLanguage()
+{
+    m_controlPanel->applyLanguage();
+    m_previewLabel->setToolTip(Str::clickPreviewTip());
+}
+
+void PreprocWidget::openPreviewDialog()
+{
+    const QImage full = loadFullSourceImage();
+    if (full.isNull())
+        return;
+    const auto [accepted, state] =
+        ImagePreviewDialog::openPreview(full, m_panelResolution, m_landscape, m_state, window());
+    if (accepted)
+        commitState(state, true);
+}
+
+bool PreprocWidget::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched == m_previewLabel && event->type() == QEvent::MouseButtonRelease) {
+        openPreviewDialog();
+        return true;
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
+QString PreprocWidget::applyPreprocessing(const QString &outputDir) const
+{
+    if (m_state.fillMode == FillMode::Direct)
+        return QString();
+    const QImage full = ImageLoader::load(m_sourcePath, 0);
+    if (full.isNull())
+        return QString();
+    const QImage exported = renderPreprocExport(full, m_state, m_panelResolution, m_landscape);
+    if (exported.isNull())
+        return QString();
+    QDir().mkpath(outputDir);
+    const QString path =
+        QDir(outputDir).filePath(QFileInfo(m_sourcePath).completeBaseName() + QStringLiteral("_preproc.jpg"));
+    return exported.save(path, "JPEG", 92) ? path : QString();
+}

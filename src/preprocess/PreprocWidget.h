@@ -1,0 +1,78 @@
+#pragma once
+
+#include "preprocess/ImagePreprocess.h"
+
+#include <QImage>
+#include <QSize>
+#include <QWidget>
+
+class PreprocControlPanel;
+class QLabel;
+
+// The cell widget of an image row: the row's picture and its preprocessing state, with the
+// file name, a compact fill/rotate panel and a framed thumbnail that opens the preview dialog.
+// Its state never holds FillMode::Direct (a row always sends a prepared picture) and its
+// rotation stays within 0..359. Setters take a refresh flag: with false nothing is redrawn
+// and nothing emitted, so batch code can refresh each row itself.
+class PreprocWidget : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit PreprocWidget(const QString &path, QWidget *parent = nullptr);
+
+    QString sourcePath() const { return m_sourcePath; }
+    QImage thumbnailSource() const { return m_thumbnailSource; }
+    PreprocState state() const { return m_state; }
+    QSize panelResolution() const { return m_panelResolution; }
+    bool isLandscape() const { return m_landscape; }
+    PreprocControlPanel *controlPanel() const { return m_controlPanel; }
+    QLabel *previewLabel() const { return m_previewLabel; }
+
+    void updatePreviewFrameSize();
+    void refreshPreviewPixmap();
+    void updatePreview();
+    void refreshPreviewDisplay();
+    QImage displayPreviewImage() const;
+    QImage processedPreview() const;
+    QImage loadFullSourceImage() const;
+
+    void setFillMode(FillMode mode, bool refresh);
+    void stepRotate(int deltaDegrees, bool refresh);
+    void commitState(const PreprocState &state, bool refresh);
+    void applyState(const PreprocState &state);
+    void setFrameSettings(const QSize &panel, bool landscape, bool refresh);
+    void swapContentWith(PreprocWidget *other);
+    void applyLanguage();
+
+    // Renders the export picture into outputDir as "<base name>_preproc.jpg" and returns its
+    // path; empty when there is nothing to write or writing failed.
+    QString applyPreprocessing(const QString &outputDir) const;
+
+public Q_SLOTS:
+    void onFillModeSelected(FillMode mode);
+    void onRotateLeft();
+    void onRotateRight();
+    void openPreviewDialog();
+
+Q_SIGNALS:
+    void preprocessingChanged();
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    void setupUI();
+    void finishChange(bool refresh);
+    void showSourceName();
+    static PreprocState withoutDirect(PreprocState state);
+
+    QString m_sourcePath;
+    QImage m_thumbnailSource;
+    PreprocState m_state;
+    QSize m_panelResolution;
+    bool m_landscape = false;
+    QLabel *m_nameLabel = nullptr;
+    PreprocControlPanel *m_controlPanel = nullptr;
+    QLabel *m_previewLabel = nullptr;
+};
