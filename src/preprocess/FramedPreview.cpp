@@ -28,13 +28,15 @@ QPixmap makeFramedPreviewPixmapExact(const QImage &image, const QSize &outer)
     // The opening: the picture fitted in, its margins in the colour of the picture's centre.
     const int innerWidth = std::max(1, outer.width() - 2 * border);
     const int innerHeight = std::max(1, outer.height() - 2 * border);
-    const QImage fitted = image.scaled(innerWidth, innerHeight, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+    const QImage fitted =
+        image.scaled(innerWidth, innerHeight, Qt::KeepAspectRatio, Qt::SmoothTransformation);
     QImage opening(innerWidth, innerHeight, QImage::Format_RGB32);
     opening.fill(image.pixelColor(std::clamp(image.width() / 2, 0, image.width() - 1),
                                   std::clamp(image.height() / 2, 0, image.height() - 1)));
     {
         QPainter painter(&opening);
-        painter.drawImage(QPoint((innerWidth - fitted.width()) / 2, (innerHeight - fitted.height()) / 2), fitted);
+        painter.drawImage(QPoint((innerWidth - fitted.width()) / 2, (innerHeight - fitted.height()) / 2),
+                          fitted);
     }
 
     const int outerWidth = innerWidth + 2 * border;
@@ -56,7 +58,8 @@ QPixmap makeFramedPreviewPixmapExact(const QImage &image, const QSize &outer)
         const int highlight = border > 11 ? border / 4 : 2;
         painter.setPen(QPen(QColor(236, 204, 122), highlight, Qt::SolidLine, Qt::SquareCap, Qt::BevelJoin));
         painter.setBrush(Qt::NoBrush);
-        painter.drawRect(QRectF(highlight / 2.0, highlight / 2.0, outerWidth - highlight, outerHeight - highlight));
+        painter.drawRect(
+            QRectF(highlight / 2.0, highlight / 2.0, outerWidth - highlight, outerHeight - highlight));
 
         painter.setPen(QPen(QColor(92, 62, 34), 1));
         painter.drawRect(QRect(border - 1, border - 1, innerWidth + 2, innerHeight + 2));

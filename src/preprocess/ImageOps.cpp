@@ -17,6 +17,7 @@ constexpr int kBlurWorkingBound = 640;
 constexpr double kBackgroundEnlargement = 1.12;
 constexpr double kBackgroundOpacity = 0.95;
 constexpr int kBackgroundDarkeningAlpha = 30;
+constexpr int kReducedBlurRadius = 8;
 
 // One pass of a box filter of width 2 * radius + 1 along rows (horizontal) or columns, with
 // the edge pixels repeated beyond the border, so a uniform picture stays uniform up to its
@@ -52,7 +53,8 @@ std::array<int, 3> boxRadiiFor(int blurRadius)
     if (lower % 2 == 0)
         --lower;
     const int upper = lower + 2;
-    const double m = std::round((12.0 * sigma * sigma - 3.0 * lower * lower - 12.0 * lower - 9.0) / (-4.0 * lower - 4.0));
+    const double m =
+        std::round((12.0 * sigma * sigma - 3.0 * lower * lower - 12.0 * lower - 9.0) / (-4.0 * lower - 4.0));
     std::array<int, 3> radii{};
     for (int i = 0; i < 3; ++i)
         radii[i] = std::max(0, ((i < m ? lower : upper) - 1) / 2);
@@ -87,10 +89,7 @@ QImage blurClamped(const QImage &source, int blurRadius)
     return image;
 }
 
-bool isWhole(double value)
-{
-    return std::abs(value - std::round(value)) < 1e-9;
-}
+bool isWhole(double value) { return std::abs(value - std::round(value)) < 1e-9; }
 
 } // namespace
 
@@ -114,7 +113,8 @@ QImage centerCropToSize(const QImage &image, int w, int h)
     const double s = std::max(double(h) / image.height(), double(w) / image.width());
     const int scaledWidth = std::max(1, int(image.width() * s));
     const int scaledHeight = std::max(1, int(image.height() * s));
-    const QImage scaled = image.scaled(scaledWidth, scaledHeight, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    const QImage scaled =
+        image.scaled(scaledWidth, scaledHeight, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
     const int x = scaledWidth - w > 1 ? (scaledWidth - w) / 2 : 0;
     const int y = scaledHeight - h > 1 ? (scaledHeight - h) / 2 : 0;
     return scaled.copy(x, y, w, h);
@@ -129,9 +129,10 @@ BlurFillGeometry blurFillGeometry(const QSize &source, int w, int h, double scal
         return geometry;
 
     const double cover = std::max(h / sourceHeight, w / sourceWidth) * kBackgroundEnlargement;
-    geometry.background = QSize(std::max(1, int(sourceWidth * cover)), std::max(1, int(sourceHeight * cover)));
-    geometry.backgroundOffset = QPoint(int((w - geometry.background.width()) * 0.5),
-                                       int((h - geometry.background.height()) * 0.5));
+    geometry.background =
+        QSize(std::max(1, int(sourceWidth * cover)), std::max(1, int(sourceHeight * cover)));
+    geometry.backgroundOffset =
+        QPoint(int((w - geometry.background.width()) * 0.5), int((h - geometry.background.height()) * 0.5));
     geometry.working = geometry.background.scaled(kBlurWorkingBound, kBlurWorkingBound, Qt::KeepAspectRatio);
     const int shorter = std::min(geometry.working.width(), geometry.working.height());
     geometry.radius = shorter <= 47 ? 5 : shorter / 8;
@@ -150,8 +151,8 @@ BlurFillGeometry blurFillGeometry(const QSize &source, int w, int h, double scal
             foregroundHeight *= snap;
         }
     }
-    geometry.foreground = QRectF((w - foregroundWidth) * 0.5, (h - foregroundHeight) * 0.5, foregroundWidth,
-                                 foregroundHeight);
+    geometry.foreground =
+        QRectF((w - foregroundWidth) * 0.5, (h - foregroundHeight) * 0.5, foregroundWidth, foregroundHeight);
     return geometry;
 }
 
@@ -169,15 +170,20 @@ QImage buildBlurFillImage(const QImage &image, int w, int h, double scale, bool 
         fitted = image.scaled(qRound(target.width()), qRound(target.height()), Qt::IgnoreAspectRatio,
                               Qt::SmoothTransformation);
 
-    // The background is blurred at the working size. It is scaled there from the smallest
-    // picture at hand that is still large enough: scaling the source to the full background
-    // size first would only be scaled down again.
-    const QSize working(std::max(1, geometry.working.width()), std::max(1, geometry.working.height()));
-    const bool fittedIsEnough = !fitted.isNull() && fitted.width() >= working.width()
-        && fitted.height() >= working.height();
-    QImage blurred = (fittedIsEnough ? fitted : image).scaled(working, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    // The background is blurred at the working size, or at a fraction of it: a Gaussian of
+    // radius r equals one of radius r * s at s times the size, scaled back up, so a large
+    // radius is blurred smaller at a fraction of the cost with the same look. The picture is
+    // scaled there from the smallest one at hand that is still large enough.
+    const double reduce = std::min(1.0, double(kReducedBlurRadius) / std::max(1, geometry.radius));
+    const QSize blurSize(std::max(1, qRound(geometry.working.width() * reduce)),
+                         std::max(1, qRound(geometry.working.height() * reduce)));
+    const int blurRadius = std::max(1, qRound(geometry.radius * reduce));
+    const bool fittedIsEnough =
+        !fitted.isNull() && fitted.width() >= blurSize.width() && fitted.height() >= blurSize.height();
+    QImage blurred =
+        (fittedIsEnough ? fitted : image).scaled(blurSize, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
     if (!blurred.isNull())
-        blurred = blurClamped(blurred, geometry.radius);
+        blurred = blurClamped(blurred, blurRadius);
 
     QImage canvas(w, h, QImage::Format_RGB32);
     canvas.fill(Qt::black);
@@ -212,15 +218,9 @@ QImage quarterTurn(const QImage &image, qreal degrees)
 }
 } // namespace
 
-QImage rotateImageCW90(const QImage &image)
-{
-    return quarterTurn(image, 90);
-}
+QImage rotateImageCW90(const QImage &image) { return quarterTurn(image, 90); }
 
-QImage rotateImageCCW90(const QImage &image)
-{
-    return quarterTurn(image, -90);
-}
+QImage rotateImageCCW90(const QImage &image) { return quarterTurn(image, -90); }
 
 QImage applyNormalizedCrop(const QImage &image, const NormalizedCropRect &rect)
 {

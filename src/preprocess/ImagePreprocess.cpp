@@ -8,10 +8,7 @@
 namespace {
 const QColor kDirectPreviewGrey(228, 228, 228);
 
-bool isValidSize(const QSize &size)
-{
-    return size.width() > 0 && size.height() > 0;
-}
+bool isValidSize(const QSize &size) { return size.width() > 0 && size.height() > 0; }
 
 // The composition size: the panel, as (height, width) when the frame hangs in landscape.
 QSize compositionSize(const QSize &panel, bool landscape)
@@ -29,10 +26,7 @@ QString formatPreprocStateLabel(const PreprocState &state)
     return Str::formatPreprocStateLabel(state.fillMode, state.rotationDegrees);
 }
 
-FillMode defaultFillMode()
-{
-    return FillMode::BlurFill;
-}
+FillMode defaultFillMode() { return FillMode::BlurFill; }
 
 QImage rotateImageByDegrees(const QImage &image, int degrees)
 {
@@ -51,11 +45,16 @@ QImage renderFillMode(const QImage &image, FillMode mode, const QSize &target)
     if (w <= 0 || h <= 0)
         return image.copy();
     switch (mode) {
-    case FillMode::BlurFill: return buildBlurFillImage(image, w, h, 1.0, false);
-    case FillMode::WhiteFill: return buildSolidFillImage(image, w, h, Qt::white);
-    case FillMode::BlackFill: return buildSolidFillImage(image, w, h, Qt::black);
-    case FillMode::CenterCrop: return centerCropToSize(image, w, h);
-    case FillMode::Direct: break;
+    case FillMode::BlurFill:
+        return buildBlurFillImage(image, w, h, 1.0, false);
+    case FillMode::WhiteFill:
+        return buildSolidFillImage(image, w, h, Qt::white);
+    case FillMode::BlackFill:
+        return buildSolidFillImage(image, w, h, Qt::black);
+    case FillMode::CenterCrop:
+        return centerCropToSize(image, w, h);
+    case FillMode::Direct:
+        break;
     }
     return image.copy(); // Direct, and values outside the enumeration
 }
@@ -76,7 +75,8 @@ QSize effectiveFrameResolution(const QSize &panel, bool landscape)
     return panel;
 }
 
-QImage renderPreprocDisplayPreview(const QImage &image, const PreprocState &state, const QSize &panel, bool landscape)
+QImage renderPreprocDisplayPreview(const QImage &image, const PreprocState &state, const QSize &panel,
+                                   bool landscape)
 {
     if (image.isNull())
         return QImage();
@@ -86,8 +86,8 @@ QImage renderPreprocDisplayPreview(const QImage &image, const PreprocState &stat
     if (!isValidSize(size))
         return image.copy();
     // Direct: show how much of the frame a picture sent unprepared would leave empty.
-    return buildSolidFillImage(rotateImageByDegrees(image, state.rotationDegrees), size.width(), size.height(),
-                               kDirectPreviewGrey);
+    return buildSolidFillImage(rotateImageByDegrees(image, state.rotationDegrees), size.width(),
+                               size.height(), kDirectPreviewGrey);
 }
 
 QImage renderPreprocExport(const QImage &image, const PreprocState &state, const QSize &panel, bool landscape)

@@ -29,8 +29,8 @@ QImage marked(int width, int height)
 
 bool near(const QColor &a, const QColor &b, int tolerance = 24)
 {
-    return qAbs(a.red() - b.red()) <= tolerance && qAbs(a.green() - b.green()) <= tolerance
-        && qAbs(a.blue() - b.blue()) <= tolerance;
+    return qAbs(a.red() - b.red()) <= tolerance && qAbs(a.green() - b.green()) <= tolerance &&
+           qAbs(a.blue() - b.blue()) <= tolerance;
 }
 
 } // namespace
@@ -111,8 +111,9 @@ void TestImageLoader::isHeicPathLooksAtTheSuffixOnly()
 
 void TestImageLoader::dialogFilterListsTheSameExtensionsAsTheCatalogue()
 {
-    QCOMPARE(ImageLoader::imageFileDialogFilter(),
-             QStringLiteral("Images (*.jpg *.jpeg *.png *.bmp *.tif *.tiff *.webp *.heic *.heif);;All files (*)"));
+    QCOMPARE(
+        ImageLoader::imageFileDialogFilter(),
+        QStringLiteral("Images (*.jpg *.jpeg *.png *.bmp *.tif *.tiff *.webp *.heic *.heif);;All files (*)"));
     QCOMPARE(Str::imageFileFilter(), ImageLoader::imageFileDialogFilter());
 }
 
@@ -229,7 +230,8 @@ void TestImageLoader::corruptHeicGivesNull()
 
 void TestImageLoader::nonHeicPathsGoToTheProcessorUnchanged()
 {
-    QCOMPARE(ImageLoader::resolveProcessorInputPath(QStringLiteral("/no/such/file.jpg")), QStringLiteral("/no/such/file.jpg"));
+    QCOMPARE(ImageLoader::resolveProcessorInputPath(QStringLiteral("/no/such/file.jpg")),
+             QStringLiteral("/no/such/file.jpg"));
     QCOMPARE(ImageLoader::resolveProcessorInputPath(path("big.jpg")), path("big.jpg"));
     QVERIFY(!QFileInfo::exists(ImageLoader::heicCacheDir()) || QDir(ImageLoader::heicCacheDir()).isEmpty());
 }
@@ -239,9 +241,11 @@ void TestImageLoader::heicIsConvertedOnceIntoTheCache()
     const QString source = path("cache_me.heic");
     QVERIFY(HeicWriter::write(source, marked(200, 100)));
     const QFileInfo info(source);
-    const QByteArray key = info.absoluteFilePath().toUtf8() + '|' + QByteArray::number(info.lastModified().toMSecsSinceEpoch());
-    const QString expected = QDir(ImageLoader::heicCacheDir())
-                                 .filePath(QCryptographicHash::hash(key, QCryptographicHash::Md5).toHex() + ".jpg");
+    const QByteArray key =
+        info.absoluteFilePath().toUtf8() + '|' + QByteArray::number(info.lastModified().toMSecsSinceEpoch());
+    const QString expected =
+        QDir(ImageLoader::heicCacheDir())
+            .filePath(QCryptographicHash::hash(key, QCryptographicHash::Md5).toHex() + ".jpg");
 
     const QString cached = ImageLoader::resolveProcessorInputPath(source);
     QCOMPARE(cached, expected);
@@ -265,7 +269,8 @@ void TestImageLoader::changedHeicGetsANewCacheFile()
     QVERIFY(!first.isEmpty());
     QFile file(source);
     QVERIFY(file.open(QIODevice::ReadWrite));
-    QVERIFY(file.setFileTime(QFileInfo(source).lastModified().addSecs(10), QFileDevice::FileModificationTime));
+    QVERIFY(
+        file.setFileTime(QFileInfo(source).lastModified().addSecs(10), QFileDevice::FileModificationTime));
     file.close();
     const QString second = ImageLoader::resolveProcessorInputPath(source);
     QVERIFY(!second.isEmpty());

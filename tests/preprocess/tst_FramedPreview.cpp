@@ -9,8 +9,8 @@ namespace {
 
 bool near(const QColor &a, const QColor &b, int tolerance)
 {
-    return qAbs(a.red() - b.red()) <= tolerance && qAbs(a.green() - b.green()) <= tolerance
-        && qAbs(a.blue() - b.blue()) <= tolerance;
+    return qAbs(a.red() - b.red()) <= tolerance && qAbs(a.green() - b.green()) <= tolerance &&
+           qAbs(a.blue() - b.blue()) <= tolerance;
 }
 
 QString describe(const QColor &c)
@@ -22,14 +22,17 @@ QString describe(const QColor &c)
 QColor woodAt(double x, double y, double w, double h)
 {
     const double t = (x * w + y * h) / (w * w + h * h);
-    const QList<QPair<double, QColor>> stops = {{0.0, QColor(210, 168, 102)}, {0.25, QColor(176, 126, 72)},
-                                                {0.55, QColor(148, 98, 52)},  {0.8, QColor(186, 140, 82)},
+    const QList<QPair<double, QColor>> stops = {{0.0, QColor(210, 168, 102)},
+                                                {0.25, QColor(176, 126, 72)},
+                                                {0.55, QColor(148, 98, 52)},
+                                                {0.8, QColor(186, 140, 82)},
                                                 {1.0, QColor(118, 78, 42)}};
     for (int i = 1; i < stops.size(); ++i) {
         if (t <= stops[i].first) {
             const double f = (t - stops[i - 1].first) / (stops[i].first - stops[i - 1].first);
             const QColor a = stops[i - 1].second, b = stops[i].second;
-            return QColor(qRound(a.red() + (b.red() - a.red()) * f), qRound(a.green() + (b.green() - a.green()) * f),
+            return QColor(qRound(a.red() + (b.red() - a.red()) * f),
+                          qRound(a.green() + (b.green() - a.green()) * f),
                           qRound(a.blue() + (b.blue() - a.blue()) * f));
         }
     }
@@ -40,7 +43,7 @@ const QColor kHighlight(236, 204, 122);
 
 } // namespace
 
-#define QVERIFY_NEAR(actual, expected, tolerance)                                                                  \
+#define QVERIFY_NEAR(actual, expected, tolerance)                                                            \
     QVERIFY2(near(actual, expected, tolerance), qPrintable(describe(actual) + " vs " + describe(expected)))
 
 class TestFramedPreview : public QObject
@@ -71,8 +74,10 @@ void TestFramedPreview::boxFitting()
 {
     const QImage portrait = TestFiles::solidImage(300, 400, Qt::green);
     QCOMPARE(makeFramedPreviewPixmap(portrait, QSize(88, 88)).size(), QSize(66, 88));
-    QCOMPARE(makeFramedPreviewPixmap(portrait, QSize(88, 20)).size(), QSize(66, 88)); // the larger side counts
-    QCOMPARE(makeFramedPreviewPixmap(TestFiles::solidImage(400, 300, Qt::green), QSize(0, 88)).size(), QSize(88, 66));
+    QCOMPARE(makeFramedPreviewPixmap(portrait, QSize(88, 20)).size(),
+             QSize(66, 88)); // the larger side counts
+    QCOMPARE(makeFramedPreviewPixmap(TestFiles::solidImage(400, 300, Qt::green), QSize(0, 88)).size(),
+             QSize(88, 66));
     QCOMPARE(makeFramedPreviewPixmapExact(portrait, QSize(150, 90)).size(), QSize(150, 90));
 }
 
@@ -80,14 +85,16 @@ void TestFramedPreview::largeFrameBorderAndHighlight()
 {
     // 300 x 400: border 30, highlight 7, opening 240 x 340 exactly filled by the picture.
     const QColor picture(10, 200, 10);
-    const QImage framed = makeFramedPreviewPixmapExact(TestFiles::solidImage(240, 340, picture), QSize(300, 400)).toImage();
+    const QImage framed =
+        makeFramedPreviewPixmapExact(TestFiles::solidImage(240, 340, picture), QSize(300, 400)).toImage();
     QCOMPARE(framed.size(), QSize(300, 400));
     for (int x : {0, 3, 6})
         QVERIFY_NEAR(framed.pixelColor(x, 200), kHighlight, 1);
     QVERIFY_NEAR(framed.pixelColor(150, 2), kHighlight, 1);
     QVERIFY_NEAR(framed.pixelColor(297, 200), kHighlight, 1);
     // Past the highlight: the wood.
-    for (const QPoint &p : {QPoint(10, 200), QPoint(20, 150), QPoint(150, 15), QPoint(285, 300), QPoint(150, 390)})
+    for (const QPoint &p :
+         {QPoint(10, 200), QPoint(20, 150), QPoint(150, 15), QPoint(285, 300), QPoint(150, 390)})
         QVERIFY_NEAR(framed.pixelColor(p), woodAt(p.x() + 0.5, p.y() + 0.5, 300, 400), 4);
     // The opening starts at the border: the picture, untouched.
     QVERIFY_NEAR(framed.pixelColor(150, 200), picture, 0);
@@ -106,7 +113,8 @@ void TestFramedPreview::smallFrameBorderAndHighlight()
 {
     // 40 x 60: border 4 (shorter side <= 49), highlight 2.
     const QColor picture(20, 20, 220);
-    const QImage framed = makeFramedPreviewPixmapExact(TestFiles::solidImage(32, 52, picture), QSize(40, 60)).toImage();
+    const QImage framed =
+        makeFramedPreviewPixmapExact(TestFiles::solidImage(32, 52, picture), QSize(40, 60)).toImage();
     QCOMPARE(framed.size(), QSize(40, 60));
     QVERIFY_NEAR(framed.pixelColor(0, 30), kHighlight, 1);
     QVERIFY_NEAR(framed.pixelColor(1, 30), kHighlight, 1);

@@ -8,8 +8,8 @@ namespace {
 
 bool near(const QColor &a, const QColor &b, int tolerance = 2)
 {
-    return qAbs(a.red() - b.red()) <= tolerance && qAbs(a.green() - b.green()) <= tolerance
-        && qAbs(a.blue() - b.blue()) <= tolerance;
+    return qAbs(a.red() - b.red()) <= tolerance && qAbs(a.green() - b.green()) <= tolerance &&
+           qAbs(a.blue() - b.blue()) <= tolerance;
 }
 
 QString describe(const QColor &c)
@@ -37,7 +37,7 @@ QColor darkenedBackground(const QColor &c)
 
 } // namespace
 
-#define QVERIFY_NEAR(actual, expected, tolerance)                                                                  \
+#define QVERIFY_NEAR(actual, expected, tolerance)                                                            \
     QVERIFY2(near(actual, expected, tolerance), qPrintable(describe(actual) + " vs " + describe(expected)))
 
 class TestImageOps : public QObject
@@ -80,7 +80,8 @@ void TestImageOps::nullAndEmptyInputs()
 void TestImageOps::solidFillLetterboxes()
 {
     // 400 x 200 into 100 x 100: fitted 100 x 50 at y = 25.
-    const QImage result = buildSolidFillImage(TestFiles::solidImage(400, 200, Qt::green), 100, 100, Qt::black);
+    const QImage result =
+        buildSolidFillImage(TestFiles::solidImage(400, 200, Qt::green), 100, 100, Qt::black);
     QCOMPARE(result.size(), QSize(100, 100));
     QCOMPARE(result.format(), QImage::Format_RGB32);
     QCOMPARE(result.pixelColor(50, 24), QColor(Qt::black));
@@ -178,7 +179,8 @@ void TestImageOps::blurFillGeometryOfATinyBackground()
     QCOMPARE(g.working, QSize(640, 40));
     QCOMPARE(g.radius, 5);
     QCOMPARE(blurFillGeometry(QSize(2000, 1000), 100, 100, 1.0, false).radius, 40); // working 640 x 320
-    QCOMPARE(buildBlurFillImage(TestFiles::solidImage(1000, 70, Qt::red), 100, 7, 1.0, false).size(), QSize(100, 7));
+    QCOMPARE(buildBlurFillImage(TestFiles::solidImage(1000, 70, Qt::red), 100, 7, 1.0, false).size(),
+             QSize(100, 7));
 }
 
 void TestImageOps::blurFillZoomSnapsToCover()
@@ -191,12 +193,14 @@ void TestImageOps::blurFillZoomSnapsToCover()
     g = blurFillGeometry(QSize(4000, 3000), 1200, 1600, 2.0, true);
     QCOMPARE(g.foreground, QRectF(-600, -100, 2400, 1800));
     // Without useScale the scale is ignored.
-    QCOMPARE(blurFillGeometry(QSize(4000, 3000), 1200, 1600, 0.5, false).foreground, QRectF(0, 350, 1200, 900));
+    QCOMPARE(blurFillGeometry(QSize(4000, 3000), 1200, 1600, 0.5, false).foreground,
+             QRectF(0, 350, 1200, 900));
 }
 
 void TestImageOps::blurFillPlacesTheForeground()
 {
-    const QImage result = buildBlurFillImage(TestFiles::solidImage(4000, 3000, Qt::green), 1200, 1600, 1.0, false);
+    const QImage result =
+        buildBlurFillImage(TestFiles::solidImage(4000, 3000, Qt::green), 1200, 1600, 1.0, false);
     QCOMPARE(result.size(), QSize(1200, 1600));
     QCOMPARE(result.format(), QImage::Format_RGB32);
     const QColor background = darkenedBackground(Qt::green);
@@ -211,7 +215,8 @@ void TestImageOps::blurFillHasNoDarkRim()
 {
     // A uniform source gives a uniform background right up to the canvas edges.
     const QColor colour(200, 120, 40);
-    const QImage result = buildBlurFillImage(TestFiles::solidImage(4000, 3000, colour), 1200, 1600, 1.0, false);
+    const QImage result =
+        buildBlurFillImage(TestFiles::solidImage(4000, 3000, colour), 1200, 1600, 1.0, false);
     const QColor expected = darkenedBackground(colour);
     for (const QPoint &p : {QPoint(0, 0), QPoint(1199, 0), QPoint(600, 0), QPoint(0, 175), QPoint(1199, 1599),
                             QPoint(0, 1599), QPoint(600, 1599)})

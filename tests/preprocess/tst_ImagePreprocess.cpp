@@ -17,10 +17,7 @@ QImage marked(int width, int height)
     return image;
 }
 
-bool isRed(const QColor &c)
-{
-    return c.red() > 200 && c.blue() < 60 && c.green() < 60;
-}
+bool isRed(const QColor &c) { return c.red() > 200 && c.blue() < 60 && c.green() < 60; }
 
 const QSize kPanel(1200, 1600);
 
@@ -50,10 +47,7 @@ private Q_SLOTS:
     void panelResolutionText();
 };
 
-void TestImagePreprocess::initTestCase()
-{
-    UiLanguage::set(UiLanguage::English);
-}
+void TestImagePreprocess::initTestCase() { UiLanguage::set(UiLanguage::English); }
 
 void TestImagePreprocess::defaults()
 {
@@ -120,7 +114,8 @@ void TestImagePreprocess::fillModeDispatch()
     QCOMPARE(renderFillMode(source, FillMode::CenterCrop, target).pixelColor(50, 10), QColor(Qt::green));
     const QImage blur = renderFillMode(source, FillMode::BlurFill, target);
     QCOMPARE(blur.size(), target);
-    QVERIFY(blur.pixelColor(50, 10).green() < 230 && blur.pixelColor(50, 10).green() > 180); // darkened background
+    QVERIFY(blur.pixelColor(50, 10).green() < 230 &&
+            blur.pixelColor(50, 10).green() > 180); // darkened background
 }
 
 void TestImagePreprocess::directIgnoresRotationInThePipeline()
@@ -144,7 +139,8 @@ void TestImagePreprocess::effectiveFrameResolution()
 void TestImagePreprocess::directPreviewIsRotatedAndLetterboxedOnGrey()
 {
     // 400 x 200 turned to 200 x 400 fits 800 x 1600 in the 1200 x 1600 frame, 200 px margins.
-    const QImage preview = renderPreprocDisplayPreview(marked(400, 200), {FillMode::Direct, 90}, kPanel, false);
+    const QImage preview =
+        renderPreprocDisplayPreview(marked(400, 200), {FillMode::Direct, 90}, kPanel, false);
     QCOMPARE(preview.size(), kPanel);
     QCOMPARE(preview.pixelColor(100, 800), QColor(228, 228, 228));
     QCOMPARE(preview.pixelColor(1100, 800), QColor(228, 228, 228));
@@ -173,7 +169,8 @@ void TestImagePreprocess::landscapeExportIsTurnedClockwise()
     // A 1600 x 1200 photo fills the landscape composition; its top-left marker must end in
     // the top-right of the exported portrait picture.
     const QImage source = marked(1600, 1200);
-    for (FillMode mode : {FillMode::BlurFill, FillMode::WhiteFill, FillMode::BlackFill, FillMode::CenterCrop}) {
+    for (FillMode mode :
+         {FillMode::BlurFill, FillMode::WhiteFill, FillMode::BlackFill, FillMode::CenterCrop}) {
         const QImage exported = renderPreprocExport(source, {mode, 0}, kPanel, true);
         QCOMPARE(exported.size(), kPanel);
         QVERIFY2(isRed(exported.pixelColor(1199 - 10, 10)), qPrintable(fillModeLabel(mode)));
@@ -187,7 +184,8 @@ void TestImagePreprocess::landscapeExportIsTurnedClockwise()
 
 void TestImagePreprocess::landscapePreviewStaysLandscape()
 {
-    const QImage preview = renderPreprocDisplayPreview(marked(1600, 1200), {FillMode::CenterCrop, 0}, kPanel, true);
+    const QImage preview =
+        renderPreprocDisplayPreview(marked(1600, 1200), {FillMode::CenterCrop, 0}, kPanel, true);
     QCOMPARE(preview.size(), QSize(1600, 1200));
     QVERIFY(isRed(preview.pixelColor(10, 10)));
     const QImage scaled = renderPreprocDisplayPreview(marked(1600, 1200), {FillMode::BlurFill, 0},
@@ -199,7 +197,8 @@ void TestImagePreprocess::invalidPanelKeepsTheRotatedImage()
 {
     const QImage source = marked(400, 200);
     for (const QSize &panel : {QSize(0, 0), QSize(-5, -5), QSize(1200, 0)}) {
-        for (FillMode mode : {FillMode::BlurFill, FillMode::WhiteFill, FillMode::BlackFill, FillMode::CenterCrop}) {
+        for (FillMode mode :
+             {FillMode::BlurFill, FillMode::WhiteFill, FillMode::BlackFill, FillMode::CenterCrop}) {
             QCOMPARE(renderPreprocDisplayPreview(source, {mode, 90}, panel, false).size(), QSize(200, 400));
             QCOMPARE(renderPreprocExport(source, {mode, 90}, panel, false).size(), QSize(200, 400));
             // In landscape the export still turns it a further 90 degrees clockwise.

@@ -46,15 +46,13 @@ private:
     QImage m_photo = TestFiles::solidImage(800, 600, QColor(30, 140, 200));
 };
 
-void TestImagePreviewDialog::initTestCase()
-{
-    UiLanguage::set(UiLanguage::English);
-}
+void TestImagePreviewDialog::initTestCase() { UiLanguage::set(UiLanguage::English); }
 
 void TestImagePreviewDialog::nullImageNeverOpens()
 {
     DialogSpy spy;
-    const auto [accepted, state] = ImagePreviewDialog::openPreview(QImage(), kPanel, false, {FillMode::WhiteFill, 90}, nullptr);
+    const auto [accepted, state] =
+        ImagePreviewDialog::openPreview(QImage(), kPanel, false, {FillMode::WhiteFill, 90}, nullptr);
     QVERIFY(!accepted);
     QCOMPARE(state.fillMode, FillMode::WhiteFill);
     QCOMPARE(state.rotationDegrees, 90);
@@ -67,10 +65,13 @@ void TestImagePreviewDialog::layout()
     QCOMPARE(dialog.windowTitle(), QStringLiteral("Image Preview & Edit"));
     QCOMPARE(dialog.size(), QSize(900, 720));
     QVERIFY(!dialog.windowIcon().isNull());
-    QCOMPARE(dialog.findChild<QLabel *>(QStringLiteral("tarnHeaderTitle"))->text(), QStringLiteral("Image Preview & Edit"));
+    QCOMPARE(dialog.findChild<QLabel *>(QStringLiteral("tarnHeaderTitle"))->text(),
+             QStringLiteral("Image Preview & Edit"));
     bool hintFound = false;
     for (QLabel *label : dialog.findChildren<QLabel *>())
-        hintFound |= label->text() == QStringLiteral("Set rotation first, then fill/crop. Applied to the current row on confirm.");
+        hintFound |=
+            label->text() ==
+            QStringLiteral("Set rotation first, then fill/crop. Applied to the current row on confirm.");
     QVERIFY(hintFound);
     PreprocControlPanel *panel = dialog.controlPanel();
     QVERIFY(!panel->fillButton(FillMode::Direct));
@@ -78,7 +79,8 @@ void TestImagePreviewDialog::layout()
     QVERIFY(panel->fillButton(FillMode::BlackFill)->isChecked());
     QCOMPARE(panel->rotationLabel()->text(), QStringLiteral("Current 90°"));
     QCOMPARE(dialog.previewLabel()->minimumSize(), QSize(640, 480));
-    QCOMPARE(dialog.previewLabel()->styleSheet(), QStringLiteral("background: #707070; border: 1px solid #999; border-radius: 4px;"));
+    QCOMPARE(dialog.previewLabel()->styleSheet(),
+             QStringLiteral("background: #707070; border: 1px solid #999; border-radius: 4px;"));
     QVERIFY(dialog.findChild<QScrollArea *>()->widgetResizable());
     QPushButton *ok = buttonNamed(&dialog, QStringLiteral("OK"));
     QVERIFY(ok && ok->isDefault());
@@ -94,7 +96,8 @@ void TestImagePreviewDialog::fourRotationsAndOkGiveZero()
             QTest::mouseClick(dialog->controlPanel()->rotateRightButton(), Qt::LeftButton);
         QTest::mouseClick(buttonNamed(dialog, QStringLiteral("OK")), Qt::LeftButton);
     });
-    const auto [accepted, state] = ImagePreviewDialog::openPreview(m_photo, kPanel, false, {FillMode::BlurFill, 90}, nullptr);
+    const auto [accepted, state] =
+        ImagePreviewDialog::openPreview(m_photo, kPanel, false, {FillMode::BlurFill, 90}, nullptr);
     QVERIFY(accepted);
     QCOMPARE(state.rotationDegrees, 90); // four quarter turns from 90 come back to 90
     ModalAnswerer fromZero(QMessageBox::Ok, [](QWidget *widget) {
@@ -103,7 +106,8 @@ void TestImagePreviewDialog::fourRotationsAndOkGiveZero()
             dialog->controlPanel()->rotateRightButton()->click();
         dialog->accept();
     });
-    const auto [accepted2, state2] = ImagePreviewDialog::openPreview(m_photo, kPanel, false, {FillMode::BlurFill, 0}, nullptr);
+    const auto [accepted2, state2] =
+        ImagePreviewDialog::openPreview(m_photo, kPanel, false, {FillMode::BlurFill, 0}, nullptr);
     QVERIFY(accepted2);
     QCOMPARE(state2.rotationDegrees, 0);
 }
@@ -116,7 +120,8 @@ void TestImagePreviewDialog::cancelAndCloseKeepTheState()
         dialog->controlPanel()->fillButton(FillMode::CenterCrop)->click();
         QTest::mouseClick(buttonNamed(dialog, QStringLiteral("Cancel")), Qt::LeftButton);
     });
-    auto [accepted, state] = ImagePreviewDialog::openPreview(m_photo, kPanel, false, {FillMode::WhiteFill, 180}, nullptr);
+    auto [accepted, state] =
+        ImagePreviewDialog::openPreview(m_photo, kPanel, false, {FillMode::WhiteFill, 180}, nullptr);
     QVERIFY(!accepted);
     QCOMPARE(state.fillMode, FillMode::WhiteFill);
     QCOMPARE(state.rotationDegrees, 180);
@@ -125,7 +130,8 @@ void TestImagePreviewDialog::cancelAndCloseKeepTheState()
         qobject_cast<ImagePreviewDialog *>(widget)->controlPanel()->rotateLeftButton()->click();
         widget->close();
     });
-    std::tie(accepted, state) = ImagePreviewDialog::openPreview(m_photo, kPanel, false, {FillMode::WhiteFill, 180}, nullptr);
+    std::tie(accepted, state) =
+        ImagePreviewDialog::openPreview(m_photo, kPanel, false, {FillMode::WhiteFill, 180}, nullptr);
     QVERIFY(!accepted);
     QCOMPARE(state.rotationDegrees, 180);
 }
@@ -178,8 +184,9 @@ void TestImagePreviewDialog::infoLine()
              QStringLiteral("Current: Blur fill + Rotate 90° — preview 1200×1600 (rotate, then fill/crop)"));
     ImagePreviewDialog landscape(m_photo, kPanel, true, {FillMode::BlurFill, 90});
     QCOMPARE(landscape.infoLabel()->text(),
-             QStringLiteral("Current: Blur fill + Rotate 90° — preview 1600×1200 (landscape frame; rotates 90° CW on "
-                            "export) (rotate, then fill/crop)"));
+             QStringLiteral(
+                 "Current: Blur fill + Rotate 90° — preview 1600×1200 (landscape frame; rotates 90° CW on "
+                 "export) (rotate, then fill/crop)"));
 }
 
 void TestImagePreviewDialog::unrenderablePreviewSaysSo()

@@ -30,10 +30,7 @@ private Q_SLOTS:
     void language();
 };
 
-void TestPreprocControlPanel::initTestCase()
-{
-    UiLanguage::set(UiLanguage::English);
-}
+void TestPreprocControlPanel::initTestCase() { UiLanguage::set(UiLanguage::English); }
 
 void TestPreprocControlPanel::defaultsOfEachUser()
 {
@@ -115,8 +112,10 @@ void TestPreprocControlPanel::rotateButtonsOnlyReport()
 void TestPreprocControlPanel::buttonsAndCaptions()
 {
     PreprocControlPanel panel(Style::Stacked, false, true);
-    const QList<QPair<FillMode, QString>> expected = {
-        {FillMode::BlurFill, "Blur"}, {FillMode::WhiteFill, "White"}, {FillMode::BlackFill, "Black"}, {FillMode::CenterCrop, "Crop"}};
+    const QList<QPair<FillMode, QString>> expected = {{FillMode::BlurFill, "Blur"},
+                                                      {FillMode::WhiteFill, "White"},
+                                                      {FillMode::BlackFill, "Black"},
+                                                      {FillMode::CenterCrop, "Crop"}};
     for (const auto &[mode, text] : expected) {
         QPushButton *button = panel.fillButton(mode);
         QCOMPARE(button->text(), text);
@@ -127,7 +126,8 @@ void TestPreprocControlPanel::buttonsAndCaptions()
         QCOMPARE(button->styleSheet(), AppTheme::fillModeButtonStyleSheet());
     }
     QCOMPARE(panel.rotateLeftButton()->text(), QStringLiteral("Rotate left"));
-    QCOMPARE(panel.rotateLeftButton()->toolTip(), QStringLiteral("Rotate 90° counter-clockwise (click to add)"));
+    QCOMPARE(panel.rotateLeftButton()->toolTip(),
+             QStringLiteral("Rotate 90° counter-clockwise (click to add)"));
     QCOMPARE(panel.rotateRightButton()->text(), QStringLiteral("Rotate right"));
     QCOMPARE(panel.rotateRightButton()->toolTip(), QStringLiteral("Rotate 90° clockwise (click to add)"));
     QVERIFY(!panel.rotateLeftButton()->isCheckable());

@@ -116,7 +116,8 @@ void TestPreprocWidget::setFillModeWithoutRefreshStaysQuiet()
     widget.stepRotate(90, false);
     QCOMPARE(spy.count(), 0);
     QCOMPARE(widget.state().fillMode, FillMode::CenterCrop);
-    QVERIFY(widget.controlPanel()->fillButton(FillMode::CenterCrop)->isChecked()); // pushed to the panel anyway
+    QVERIFY(
+        widget.controlPanel()->fillButton(FillMode::CenterCrop)->isChecked()); // pushed to the panel anyway
     QCOMPARE(widget.controlPanel()->rotationLabel()->text(), QStringLiteral("Current 90°"));
     QTest::mouseClick(widget.controlPanel()->fillButton(FillMode::BlackFill), Qt::LeftButton);
     QCOMPARE(widget.state().fillMode, FillMode::BlackFill);
@@ -201,7 +202,7 @@ void TestPreprocWidget::applyPreprocessingWritesTheExport()
     QImageReader reader(written);
     QCOMPARE(reader.format(), QByteArray("jpeg"));
     const QImage image = reader.read();
-    QCOMPARE(image.size(), QSize(1200, 1600)); // the panel's native portrait size
+    QCOMPARE(image.size(), QSize(1200, 1600));       // the panel's native portrait size
     QVERIFY(image.pixelColor(1189, 10).red() > 200); // the landscape composition turned clockwise
 }
 

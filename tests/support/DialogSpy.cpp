@@ -11,10 +11,7 @@ DialogSpy::DialogSpy(std::function<void(QWidget *)> onShown)
     qApp->installEventFilter(this);
 }
 
-DialogSpy::~DialogSpy()
-{
-    qApp->removeEventFilter(this);
-}
+DialogSpy::~DialogSpy() { qApp->removeEventFilter(this); }
 
 bool DialogSpy::eventFilter(QObject *watched, QEvent *event)
 {

@@ -15,14 +15,16 @@ bool write(const QString &path, const QImage &source, int exifOrientation, bool 
     heif_encoder *encoder = nullptr;
     heif_image *picture = nullptr;
     heif_encoding_options *options = nullptr;
-    bool ok = heif_context_get_encoder_for_format(context, heif_compression_HEVC, &encoder).code == heif_error_Ok;
+    bool ok =
+        heif_context_get_encoder_for_format(context, heif_compression_HEVC, &encoder).code == heif_error_Ok;
     ok = ok && heif_encoder_set_lossy_quality(encoder, 95).code == heif_error_Ok;
-    ok = ok
-        && heif_image_create(image.width(), image.height(), heif_colorspace_RGB,
-                             withAlpha ? heif_chroma_interleaved_RGBA : heif_chroma_interleaved_RGB, &picture)
-                   .code
-            == heif_error_Ok;
-    ok = ok && heif_image_add_plane(picture, heif_channel_interleaved, image.width(), image.height(), 8).code == heif_error_Ok;
+    ok = ok &&
+         heif_image_create(image.width(), image.height(), heif_colorspace_RGB,
+                           withAlpha ? heif_chroma_interleaved_RGBA : heif_chroma_interleaved_RGB, &picture)
+                 .code == heif_error_Ok;
+    ok = ok &&
+         heif_image_add_plane(picture, heif_channel_interleaved, image.width(), image.height(), 8).code ==
+             heif_error_Ok;
     if (ok) {
         int stride = 0;
         uint8_t *plane = heif_image_get_plane(picture, heif_channel_interleaved, &stride);
@@ -32,7 +34,8 @@ bool write(const QString &path, const QImage &source, int exifOrientation, bool 
         options = heif_encoding_options_alloc();
         options->image_orientation = static_cast<heif_orientation>(exifOrientation);
         ok = heif_context_encode_image(context, picture, encoder, options, nullptr).code == heif_error_Ok;
-        ok = ok && heif_context_write_to_file(context, QFile::encodeName(path).constData()).code == heif_error_Ok;
+        ok = ok &&
+             heif_context_write_to_file(context, QFile::encodeName(path).constData()).code == heif_error_Ok;
     }
     if (options)
         heif_encoding_options_free(options);

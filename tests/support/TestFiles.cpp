@@ -33,6 +33,19 @@ QByteArray read(const QString &path)
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
+QStringList makePictures(const QString &folder, int count, const QString &prefix, const QSize &size)
+{
+    QDir().mkpath(folder);
+    QStringList paths;
+    for (int i = 0; i < count; ++i) {
+        const QString path =
+            QDir(folder).filePath(QStringLiteral("%1_%2.png").arg(prefix).arg(i, 4, 10, QLatin1Char('0')));
+        solidImage(size.width(), size.height(), QColor::fromHsv((i * 37) % 360, 200, 220)).save(path);
+        paths << path;
+    }
+    return paths;
+}
+
 QImage solidImage(int width, int height, const QColor &colour)
 {
     QImage image(width, height, QImage::Format_RGB32);
@@ -47,9 +60,13 @@ QByteArray jpegWithExifOrientation(const QImage &image, int orientation)
     buffer.open(QIODevice::WriteOnly);
     image.save(&buffer, "JPEG", 95);
     // APP1 "Exif": a big-endian TIFF header and one IFD with the orientation tag (0x0112).
-    QByteArray app1 = QByteArray::fromHex("FFE10022457869660000" "4D4D002A00000008" "0001" "011200030000000100");
+    QByteArray app1 = QByteArray::fromHex("FFE10022457869660000"
+                                          "4D4D002A00000008"
+                                          "0001"
+                                          "011200030000000100");
     app1.append(char(orientation));
-    app1.append(QByteArray::fromHex("0000" "00000000"));
+    app1.append(QByteArray::fromHex("0000"
+                                    "00000000"));
     return jpeg.left(2) + app1 + jpeg.mid(2);
 }
 
@@ -67,7 +84,8 @@ QByteArray pngWithOneRow(int width, int height)
     for (int shift : {24, 16, 8, 0})
         png.append(char((crc >> shift) & 0xff));
     // One row of data, then the end: the reader gets as far as allocating the whole picture.
-    const QByteArray idat = QByteArray::fromHex("49444154") + qCompress(QByteArray(1 + 4 * width, '\0')).mid(4);
+    const QByteArray idat =
+        QByteArray::fromHex("49444154") + qCompress(QByteArray(1 + 4 * width, '\0')).mid(4);
     for (int shift : {24, 16, 8, 0})
         png.append(char(((idat.size() - 4) >> shift) & 0xff));
     png.append(idat);

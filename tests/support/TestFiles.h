@@ -3,7 +3,9 @@
 #include <QByteArray>
 #include <QColor>
 #include <QImage>
+#include <QSize>
 #include <QString>
+#include <QStringList>
 
 // Small helpers for tests that work on real files in temporary folders.
 namespace TestFiles {
@@ -11,6 +13,10 @@ namespace TestFiles {
 // Writes bytes to path, creating the parent folders; false on failure.
 bool write(const QString &path, const QByteArray &bytes);
 QByteArray read(const QString &path);
+
+// Writes count small PNG pictures named <prefix>_0000.png, ... into folder; their paths.
+QStringList makePictures(const QString &folder, int count, const QString &prefix = QStringLiteral("pic"),
+                         const QSize &size = QSize(16, 12));
 
 // A solid-colour RGB32 image.
 QImage solidImage(int width, int height, const QColor &colour);
