@@ -59,7 +59,8 @@ int MainWindow::applyToRowWidgets(const QList<int> &rows, const QString &title,
         if (done % 3 == 0)
             QCoreApplication::processEvents();
     }
-    progress.setValue(total);
+    if (progress.isVisible())
+        progress.setValue(total); // closes the dialog unless reaching the total already did
     m_imageTable->setUpdatesEnabled(true);
     return changed;
 }

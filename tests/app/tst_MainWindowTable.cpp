@@ -1,0 +1,435 @@
+// The table of the real window: row order, selection, removal, statuses, batch changes and
+// frame settings.
+#include "app/MainWindow.h"
+#include "images/ImageTableWidget.h"
+#include "preprocess/PreprocControlPanel.h"
+#include "preprocess/PreprocWidget.h"
+#include "ui/UiLanguage.h"
+
+#include "DialogSpy.h"
+#include "LanguageGuard.h"
+#include "ModalAnswerer.h"
+#include "TestFiles.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDir>
+#include <QLabel>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTextBlock>
+
+namespace {
+
+QStringList rowNames(MainWindow &window)
+{
+    QStringList names;
+    ImageTableWidget *table = window.imageTable();
+    for (int row = 0; row < table->rowCount(); ++row)
+        names << table->item(row, MainWindow::FileColumn)->text();
+    return names;
+}
+
+QStringList widgetNames(MainWindow &window)
+{
+    QStringList names;
+    for (int row = 0; row < window.imageTable()->rowCount(); ++row)
+        names << QFileInfo(window.preprocWidgetAt(row)->sourcePath()).fileName();
+    return names;
+}
+
+QColor thumbColour(MainWindow &window, int row)
+{
+    auto *label = qobject_cast<QLabel *>(window.imageTable()->cellWidget(row, MainWindow::ThumbColumn));
+    return label->pixmap().toImage().pixelColor(2, 2);
+}
+
+QPushButton *reorderButton(MainWindow &window, int row, int which)
+{
+    return window.imageTable()
+        ->cellWidget(row, MainWindow::OrderColumn)
+        ->findChildren<QPushButton *>()
+        .at(which);
+}
+
+QCheckBox *selectAll(MainWindow &window)
+{
+    for (QCheckBox *box : window.findChildren<QCheckBox *>()) {
+        if (box->text() == QStringLiteral("Select All"))
+            return box;
+    }
+    return nullptr;
+}
+
+void check(MainWindow &window, std::initializer_list<int> rows)
+{
+    for (int row : rows)
+        window.imageTable()->item(row, MainWindow::SelectColumn)->setCheckState(Qt::Checked);
+}
+
+QStringList logLines(MainWindow &window)
+{
+    QStringList lines;
+    QTextDocument *document = window.findChild<QPlainTextEdit *>()->document();
+    for (QTextBlock block = document->begin(); block.isValid(); block = block.next())
+        lines << block.text();
+    return lines;
+}
+
+QComboBox *comboStartingWith(MainWindow &window, const QString &firstItem)
+{
+    for (QComboBox *combo : window.findChildren<QComboBox *>()) {
+        if (combo->count() > 0 && combo->itemText(0) == firstItem)
+            return combo;
+    }
+    return nullptr;
+}
+
+PreprocControlPanel *batchPanel(MainWindow &window)
+{
+    for (PreprocControlPanel *panel : window.findChildren<PreprocControlPanel *>()) {
+        if (!window.imageTable()->isAncestorOf(panel))
+            return panel;
+    }
+    return nullptr;
+}
+
+} // namespace
+
+class TestMainWindowTable : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void init();
+    void cleanup();
+    void endsDoNotMove();
+    void reorderButtonsFindTheirRowAnew();
+    void moveRowCarriesThumbnailsAndRowWidgets();
+    void selectAllChecksEveryRow();
+    void removeTakesCheckedRowsOverSelectedOnes();
+    void removeTakesSelectedRowsWhenNoneIsChecked();
+    void removeWithNothingUnchecksSelectAll();
+    void removeDeletesTheRowsTemporaryFiles();
+    void clearDeletesEverythingButKeepsSelectAll();
+    void exitCodeSurvivesALanguageChange();
+    void batchWithoutCheckedRowsExplains();
+    void batchOverTenRowsNeedsNoDialog();
+    void batchOverElevenRowsShowsProgress();
+    void batchRotate();
+    void batchOfTheModeAlreadyChosenAppliesNothing();
+    void batchSkipsRowsWithoutRowWidget();
+    void frameSettingsReachEveryRow();
+
+private:
+    QStringList addPictures(int count);
+    QTemporaryDir m_dir;
+    std::unique_ptr<MainWindow> m_window;
+    int m_batch = 0;
+};
+
+void TestMainWindowTable::initTestCase()
+{
+    QVERIFY(m_dir.isValid());
+    qputenv("TMPDIR", QFile::encodeName(m_dir.filePath(QStringLiteral("tmp"))));
+    UiLanguage::set(UiLanguage::English);
+}
+
+void TestMainWindowTable::init() { m_window = std::make_unique<MainWindow>(); }
+
+void TestMainWindowTable::cleanup() { m_window.reset(); }
+
+QStringList TestMainWindowTable::addPictures(int count)
+{
+    const QStringList pictures =
+        TestFiles::makePictures(m_dir.filePath(QStringLiteral("set%1").arg(m_batch++)), count);
+    {
+        DialogSpy quiet; // 16 or more show a progress dialog; nothing to answer
+        m_window->addImageFiles(pictures);
+    }
+    return pictures;
+}
+
+void TestMainWindowTable::endsDoNotMove()
+{
+    addPictures(3);
+    const QStringList before = rowNames(*m_window);
+    QTest::mouseClick(reorderButton(*m_window, 0, 0), Qt::LeftButton); // first row up
+    QTest::mouseClick(reorderButton(*m_window, 2, 1), Qt::LeftButton); // last row down
+    m_window->moveTableRowUp(0);
+    m_window->moveTableRowDown(2);
+    m_window->moveTableRowUp(7);
+    m_window->moveTableRowDown(-1);
+    QCOMPARE(rowNames(*m_window), before);
+}
+
+void TestMainWindowTable::reorderButtonsFindTheirRowAnew()
+{
+    addPictures(3);
+    QPushButton *firstDown = reorderButton(*m_window, 0, 1);
+    QTest::mouseClick(firstDown, Qt::LeftButton);
+    QCOMPARE(rowNames(*m_window), (QStringList{"pic_0001.png", "pic_0000.png", "pic_0002.png"}));
+    QCOMPARE(m_window->imageTable()->selectionModel()->selectedRows().first().row(), 1);
+    // The same button still sits in row 0 and now moves what is shown there.
+    QTest::mouseClick(firstDown, Qt::LeftButton);
+    QCOMPARE(rowNames(*m_window), (QStringList{"pic_0000.png", "pic_0001.png", "pic_0002.png"}));
+    QTest::mouseClick(reorderButton(*m_window, 2, 0), Qt::LeftButton);
+    QCOMPARE(rowNames(*m_window), (QStringList{"pic_0000.png", "pic_0002.png", "pic_0001.png"}));
+    QCOMPARE(m_window->imageTable()->selectionModel()->selectedRows().first().row(), 1);
+    QCOMPARE(m_window->findRowForReorderButton(reorderButton(*m_window, 2, 0)), 2);
+    QCOMPARE(m_window->findRowForReorderButton(m_window.get()), -1);
+    QCOMPARE(m_window->findRowForReorderButton(nullptr), -1);
+}
+
+void TestMainWindowTable::moveRowCarriesThumbnailsAndRowWidgets()
+{
+    addPictures(5);
+    QList<QColor> thumbs;
+    for (int row = 0; row < 5; ++row)
+        thumbs << thumbColour(*m_window, row);
+    m_window->preprocWidgetAt(0)->commitState({FillMode::WhiteFill, 90}, false);
+    m_window->imageTable()->moveRow(0, 99);
+    const QStringList expected = {"pic_0001.png", "pic_0002.png", "pic_0003.png", "pic_0004.png",
+                                  "pic_0000.png"};
+    QCOMPARE(rowNames(*m_window), expected);
+    QCOMPARE(widgetNames(*m_window), expected);
+    for (int row = 0; row < 4; ++row)
+        QCOMPARE(thumbColour(*m_window, row), thumbs.at(row + 1));
+    QCOMPARE(thumbColour(*m_window, 4), thumbs.at(0));
+    QCOMPARE(m_window->preprocWidgetAt(4)->state().fillMode, FillMode::WhiteFill);
+    QCOMPARE(m_window->preprocWidgetAt(4)->state().rotationDegrees, 90);
+    QCOMPARE(m_window->preprocWidgetAt(0)->state().fillMode, FillMode::BlurFill);
+    QCOMPARE(
+        m_window->imageTable()->item(4, MainWindow::FileColumn)->data(MainWindow::kSourcePathRole).toString(),
+        m_window->preprocWidgetAt(4)->sourcePath());
+}
+
+void TestMainWindowTable::selectAllChecksEveryRow()
+{
+    addPictures(4);
+    selectAll(*m_window)->setChecked(true);
+    QCOMPARE(m_window->checkedRows(), (QList<int>{0, 1, 2, 3}));
+    selectAll(*m_window)->setChecked(false);
+    QVERIFY(m_window->checkedRows().isEmpty());
+}
+
+void TestMainWindowTable::removeTakesCheckedRowsOverSelectedOnes()
+{
+    addPictures(4);
+    check(*m_window, {0, 2});
+    m_window->imageTable()->selectRow(3);
+    selectAll(*m_window)->blockSignals(true);
+    selectAll(*m_window)->setChecked(true);
+    selectAll(*m_window)->blockSignals(false);
+    QPushButton *remove = nullptr;
+    for (QPushButton *button : m_window->findChildren<QPushButton *>())
+        remove = button->text() == QStringLiteral("Remove Selected") ? button : remove;
+    QTest::mouseClick(remove, Qt::LeftButton);
+    QCOMPARE(rowNames(*m_window), (QStringList{"pic_0001.png", "pic_0003.png"}));
+    QVERIFY(!selectAll(*m_window)->isChecked());
+}
+
+void TestMainWindowTable::removeTakesSelectedRowsWhenNoneIsChecked()
+{
+    addPictures(4);
+    m_window->imageTable()->setSelectionMode(QAbstractItemView::MultiSelection);
+    m_window->imageTable()->selectRow(1);
+    m_window->imageTable()->selectRow(3);
+    m_window->onRemoveSelected();
+    QCOMPARE(rowNames(*m_window), (QStringList{"pic_0000.png", "pic_0002.png"}));
+}
+
+void TestMainWindowTable::removeWithNothingUnchecksSelectAll()
+{
+    addPictures(2);
+    m_window->imageTable()->clearSelection();
+    selectAll(*m_window)->blockSignals(true);
+    selectAll(*m_window)->setChecked(true);
+    selectAll(*m_window)->blockSignals(false);
+    m_window->onRemoveSelected();
+    QCOMPARE(m_window->imageTable()->rowCount(), 2);
+    QVERIFY(!selectAll(*m_window)->isChecked());
+}
+
+void TestMainWindowTable::removeDeletesTheRowsTemporaryFiles()
+{
+    addPictures(3);
+    ImageTableWidget *table = m_window->imageTable();
+    QStringList temps;
+    QStringList caches;
+    for (int row = 0; row < 3; ++row) {
+        temps << m_dir.filePath(QStringLiteral("tmp/tarngui_preproc/row%1_preproc.jpg").arg(row));
+        caches << m_dir.filePath(QStringLiteral("tmp/tarngui_heic_cache/row%1.jpg").arg(row));
+        QVERIFY(TestFiles::write(temps.last(), "jpeg"));
+        QVERIFY(TestFiles::write(caches.last(), "jpeg"));
+        table->item(row, MainWindow::FileColumn)->setData(MainWindow::kTempPreprocRole, temps.last());
+        table->item(row, MainWindow::FileColumn)->setData(MainWindow::kHeicCacheRole, caches.last());
+    }
+    const QStringList sources = {
+        table->item(1, MainWindow::FileColumn)->data(MainWindow::kSourcePathRole).toString()};
+    check(*m_window, {1});
+    m_window->onRemoveSelected();
+    QCOMPARE(table->rowCount(), 2);
+    QVERIFY(!QFileInfo::exists(temps.at(1)));
+    QVERIFY(!QFileInfo::exists(caches.at(1)));
+    QVERIFY(QFileInfo::exists(temps.at(0)) && QFileInfo::exists(caches.at(2)));
+    QVERIFY(QFileInfo::exists(sources.at(0))); // the user's picture is never touched
+}
+
+void TestMainWindowTable::clearDeletesEverythingButKeepsSelectAll()
+{
+    addPictures(2);
+    const QString temp = m_dir.filePath("tmp/tarngui_preproc/clear_preproc.jpg");
+    const QString cache = m_dir.filePath("tmp/tarngui_heic_cache/clear.jpg");
+    QVERIFY(TestFiles::write(temp, "jpeg") && TestFiles::write(cache, "jpeg"));
+    m_window->imageTable()->item(0, MainWindow::FileColumn)->setData(MainWindow::kTempPreprocRole, temp);
+    m_window->imageTable()->item(1, MainWindow::FileColumn)->setData(MainWindow::kHeicCacheRole, cache);
+    selectAll(*m_window)->setChecked(true);
+    m_window->onClearAll();
+    QCOMPARE(m_window->imageTable()->rowCount(), 0);
+    QVERIFY(!QFileInfo::exists(temp));
+    QVERIFY(!QFileInfo::exists(cache));
+    QVERIFY(selectAll(*m_window)->isChecked()); // unlike a removal
+}
+
+void TestMainWindowTable::exitCodeSurvivesALanguageChange()
+{
+    addPictures(3);
+    m_window->setRowStatus(0, Str::RowStatus::ExitCodeFailed, 3);
+    m_window->setRowStatus(1, Str::RowStatus::Crashed);
+    m_window->setRowStatus(7, Str::RowStatus::Done); // no such row: nothing happens
+    ImageTableWidget *table = m_window->imageTable();
+    QCOMPARE(table->item(0, MainWindow::StatusColumn)->text(), QStringLiteral("Failed (3)"));
+    {
+        LanguageGuard zh(UiLanguage::Chinese);
+        m_window->refreshAllRowStatusText();
+        QCOMPARE(table->item(0, MainWindow::StatusColumn)->text(), QStringLiteral("失败(3)"));
+        QCOMPARE(table->item(1, MainWindow::StatusColumn)->text(), QStringLiteral("崩溃"));
+        QCOMPARE(table->item(2, MainWindow::StatusColumn)->text(), QStringLiteral("待处理"));
+    }
+    m_window->refreshAllRowStatusText();
+    QCOMPARE(table->item(0, MainWindow::StatusColumn)->text(), QStringLiteral("Failed (3)"));
+    QCOMPARE(table->item(0, MainWindow::StatusColumn)->data(Str::rowStatusUserRole()).toInt(), 7);
+    // A text that lost its brackets falls back to code 0.
+    table->item(0, MainWindow::StatusColumn)->setText(QStringLiteral("Failed"));
+    m_window->refreshAllRowStatusText();
+    QCOMPARE(table->item(0, MainWindow::StatusColumn)->text(), QStringLiteral("Failed (0)"));
+}
+
+void TestMainWindowTable::batchWithoutCheckedRowsExplains()
+{
+    addPictures(2);
+    const int linesBefore = int(logLines(*m_window).size());
+    {
+        ModalAnswerer answerer(QMessageBox::Ok);
+        QTest::mouseClick(batchPanel(*m_window)->fillButton(FillMode::WhiteFill), Qt::LeftButton);
+        QCOMPARE(answerer.title(), QStringLiteral("Batch Processing"));
+        QCOMPARE(answerer.text(), QStringLiteral("Select images to apply batch actions."));
+        QCOMPARE(answerer.icon(), QMessageBox::Information);
+    }
+    QCOMPARE(int(logLines(*m_window).size()), linesBefore);
+    QCOMPARE(m_window->preprocWidgetAt(0)->state().fillMode, FillMode::BlurFill);
+    ModalAnswerer rotate(QMessageBox::Ok);
+    m_window->onBatchRotateLeft();
+    QCOMPARE(rotate.title(), QStringLiteral("Batch Rotate"));
+}
+
+void TestMainWindowTable::batchOverTenRowsNeedsNoDialog()
+{
+    addPictures(12);
+    for (int row = 0; row < 10; ++row)
+        check(*m_window, {row});
+    DialogSpy spy;
+    QTest::mouseClick(batchPanel(*m_window)->fillButton(FillMode::WhiteFill), Qt::LeftButton);
+    QCOMPARE(spy.progressDialogsShown(), 0);
+    for (int row = 0; row < 10; ++row)
+        QCOMPARE(m_window->preprocWidgetAt(row)->state().fillMode, FillMode::WhiteFill);
+    QCOMPARE(m_window->preprocWidgetAt(10)->state().fillMode, FillMode::BlurFill);
+    QCOMPARE(logLines(*m_window).last(),
+             QStringLiteral("  Batch fill/crop \"White fill\" applied to 10 image(s)"));
+}
+
+void TestMainWindowTable::batchOverElevenRowsShowsProgress()
+{
+    addPictures(11);
+    selectAll(*m_window)->setChecked(true);
+    DialogSpy spy;
+    QTest::mouseClick(batchPanel(*m_window)->fillButton(FillMode::CenterCrop), Qt::LeftButton);
+    QCOMPARE(spy.progressDialogsShown(), 1);
+    QCOMPARE(spy.shownTitles(), QStringList{"Batch Processing"});
+    for (int row = 0; row < 11; ++row)
+        QCOMPARE(m_window->preprocWidgetAt(row)->state().fillMode, FillMode::CenterCrop);
+    QCOMPARE(logLines(*m_window).last(),
+             QStringLiteral("  Batch fill/crop \"Center crop\" applied to 11 image(s)"));
+}
+
+void TestMainWindowTable::batchRotate()
+{
+    addPictures(3);
+    check(*m_window, {0, 2});
+    QTest::mouseClick(batchPanel(*m_window)->rotateLeftButton(), Qt::LeftButton);
+    QCOMPARE(m_window->preprocWidgetAt(0)->state().rotationDegrees, 270);
+    QCOMPARE(m_window->preprocWidgetAt(1)->state().rotationDegrees, 0);
+    QCOMPARE(logLines(*m_window).last(), QStringLiteral("  Batch rotate 90° left: 2 image(s)"));
+    QTest::mouseClick(batchPanel(*m_window)->rotateRightButton(), Qt::LeftButton);
+    QTest::mouseClick(batchPanel(*m_window)->rotateRightButton(), Qt::LeftButton);
+    QCOMPARE(m_window->preprocWidgetAt(2)->state().rotationDegrees, 90);
+    QCOMPARE(logLines(*m_window).last(), QStringLiteral("  Batch rotate 90° right: 2 image(s)"));
+    QCOMPARE(m_window->preprocWidgetAt(0)->state().fillMode,
+             FillMode::BlurFill); // rotation keeps a prepared mode
+}
+
+void TestMainWindowTable::batchOfTheModeAlreadyChosenAppliesNothing()
+{
+    addPictures(2);
+    check(*m_window, {0, 1});
+    m_window->preprocWidgetAt(0)->setFillMode(FillMode::BlackFill, false);
+    const int linesBefore = int(logLines(*m_window).size());
+    QTest::mouseClick(batchPanel(*m_window)->fillButton(FillMode::BlurFill),
+                      Qt::LeftButton); // already "Blur"
+    QCOMPARE(m_window->preprocWidgetAt(0)->state().fillMode, FillMode::BlackFill);
+    QCOMPARE(int(logLines(*m_window).size()), linesBefore);
+}
+
+void TestMainWindowTable::batchSkipsRowsWithoutRowWidget()
+{
+    addPictures(2);
+    check(*m_window, {0, 1});
+    m_window->imageTable()->removeCellWidget(0, MainWindow::FileColumn);
+    m_window->imageTable()->removeCellWidget(1, MainWindow::FileColumn);
+    const int linesBefore = int(logLines(*m_window).size());
+    QCOMPARE(m_window->applyFillToCheckedRows(FillMode::WhiteFill), 0);
+    QCOMPARE(int(logLines(*m_window).size()), linesBefore);
+}
+
+void TestMainWindowTable::frameSettingsReachEveryRow()
+{
+    addPictures(12);
+    auto *orientation = comboStartingWith(*m_window, QStringLiteral("Portrait (0)"));
+    QCOMPARE(orientation->itemData(1).toString(), QStringLiteral("90"));
+    DialogSpy spy;
+    orientation->setCurrentIndex(1);
+    QCOMPARE(spy.shownTitles(), QStringList{"Frame Settings"});
+    for (int row = 0; row < 12; ++row) {
+        QVERIFY(m_window->preprocWidgetAt(row)->isLandscape());
+        QCOMPARE(m_window->preprocWidgetAt(row)->previewLabel()->size(), QSize(88, 66));
+    }
+    auto *panel = comboStartingWith(*m_window, QStringLiteral("133"));
+    panel->setCurrentText(QStringLiteral("253"));
+    QCOMPARE(m_window->preprocWidgetAt(11)->panelResolution(), QSize(1800, 3200));
+    QCOMPARE(m_window->panelResolution(), QSize(1800, 3200));
+    bool labelFound = false;
+    for (QLabel *label : m_window->findChildren<QLabel *>())
+        labelFound |= label->text() == QStringLiteral("1800 × 3200");
+    QVERIFY(labelFound);
+    // A picture added now gets the current frame settings.
+    addPictures(1);
+    QVERIFY(m_window->preprocWidgetAt(12)->isLandscape());
+    QCOMPARE(m_window->preprocWidgetAt(12)->panelResolution(), QSize(1800, 3200));
+}
+
+QTEST_MAIN(TestMainWindowTable)
+#include "tst_MainWindowTable.moc"
