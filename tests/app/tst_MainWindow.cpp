@@ -1,17 +1,70 @@
 #include "app/MainWindow.h"
+#include "preprocess/PreprocWidget.h"
 #include "ui/AppStrings.h"
+#include "ui/AppTheme.h"
 #include "ui/UiLanguage.h"
 
+#include "images/ImageTableWidget.h"
+#include "preprocess/PreprocControlPanel.h"
+
+#include "DialogSpy.h"
+#include "LanguageGuard.h"
 #include "ModalAnswerer.h"
+#include "TestFiles.h"
 
 #include <QAction>
 #include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
 #include <QDialog>
+#include <QDragEnterEvent>
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QHeaderView>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMenuBar>
+#include <QMimeData>
 #include <QPlainTextEdit>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QSpinBox>
+#include <QTemporaryDir>
 #include <QTest>
 #include <QTextBlock>
+
+namespace {
+
+template <typename Widget> Widget *withText(QWidget &root, const QString &text)
+{
+    for (Widget *widget : root.findChildren<Widget *>()) {
+        if (widget->text() == text)
+            return widget;
+    }
+    return nullptr;
+}
+
+QComboBox *comboStartingWith(QWidget &root, const QString &firstItem)
+{
+    for (QComboBox *combo : root.findChildren<QComboBox *>()) {
+        if (combo->count() > 0 && combo->itemText(0) == firstItem)
+            return combo;
+    }
+    return nullptr;
+}
+
+QGroupBox *section(QWidget &root, const QString &title)
+{
+    for (QGroupBox *box : root.findChildren<QGroupBox *>()) {
+        if (box->title() == title)
+            return box;
+    }
+    return nullptr;
+}
+
+QList<QSpinBox *> intervalSpins(QWidget &root) { return root.findChildren<QSpinBox *>(); }
+
+} // namespace
 
 class TestMainWindow : public QObject
 {
@@ -27,6 +80,16 @@ private Q_SLOTS:
     void aboutBox();
     void missingConfigurationIsLogged();
     void languageSwitchDoesNothing();
+    void stepSelectDevice();
+    void internalOptionsAreHidden();
+    void stepAddImages();
+    void imageTableSettings();
+    void stepCreatePlayback();
+    void intervalEditor();
+    void dragEnterNeedsUrls();
+    void retranslateIntoChinese();
+    void unnamedLabelsAreMatchedInOrder();
+    void fileNamesAreNeverRelabelled();
 
 private:
     static QPlainTextEdit *logView(MainWindow &window) { return window.findChild<QPlainTextEdit *>(); }
@@ -140,6 +203,310 @@ void TestMainWindow::languageSwitchDoesNothing()
     window.setUiLanguage(UiLanguage::Chinese);
     QCOMPARE(UiLanguage::current(), UiLanguage::English);
     QCOMPARE(window.windowTitle(), QStringLiteral("Velora Offline Tool  v1.0.3 beta"));
+}
+
+void TestMainWindow::stepSelectDevice()
+{
+    MainWindow window;
+    QGroupBox *step = section(window, QStringLiteral("Step 1: Select Device"));
+    QVERIFY(step);
+    QCOMPARE(step->objectName(), QStringLiteral("tarnStepSection"));
+    auto *grid = qobject_cast<QGridLayout *>(step->layout());
+    QCOMPARE(grid->columnStretch(1), 1);
+    QCOMPARE(grid->columnStretch(4), 1);
+    QCOMPARE(grid->horizontalSpacing(), 6);
+    QCOMPARE(grid->verticalSpacing(), 5);
+    QCOMPARE(qobject_cast<QLabel *>(grid->itemAtPosition(0, 0)->widget())->text(),
+             QStringLiteral("Key file:"));
+
+    QPushButton *import = withText<QPushButton>(window, QStringLiteral("Import Key..."));
+    QVERIFY(import);
+    QCOMPARE(import->objectName(), QStringLiteral("tarnBrowseBtn"));
+    QCOMPARE(import->width(), 100);
+    QCOMPARE(grid->itemAtPosition(0, 4)->widget(), import);
+    auto *history = qobject_cast<QComboBox *>(grid->itemAtPosition(0, 1)->widget());
+    QVERIFY(history);
+    QCOMPARE(history->sizeAdjustPolicy(), QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    QCOMPARE(history->minimumContentsLength(), 24);
+
+    QComboBox *panel = comboStartingWith(window, QStringLiteral("133"));
+    QStringList types;
+    for (int i = 0; i < panel->count(); ++i)
+        types << panel->itemText(i);
+    QCOMPARE(types, (QStringList{"133", "070", "100", "253", "285"}));
+    QVERIFY(withText<QLabel>(window, QStringLiteral("1200 × 1600")));
+    QLabel *customLabel = withText<QLabel>(window, QStringLiteral("Custom size:"));
+    QVERIFY(customLabel && !customLabel->isEnabled());
+    bool customEdit = false;
+    for (QLineEdit *edit : step->findChildren<QLineEdit *>())
+        customEdit |= edit->placeholderText() == QStringLiteral("WxH, e.g. 1200x825") && !edit->isEnabled();
+    QVERIFY(customEdit);
+
+    QComboBox *orientation = comboStartingWith(window, QStringLiteral("Portrait (0)"));
+    QCOMPARE(orientation->count(), 2);
+    QCOMPARE(orientation->itemData(0).toString(), QStringLiteral("0"));
+    QCOMPARE(orientation->itemText(1), QStringLiteral("Landscape (90)"));
+    QCOMPARE(orientation->itemData(1).toString(), QStringLiteral("90"));
+    QCOMPARE(orientation->currentIndex(), 0);
+    QVERIFY(withText<QLabel>(window, QStringLiteral("Frame model:")));
+    QVERIFY(withText<QLabel>(window, QStringLiteral("Frame orientation:")));
+    QCOMPARE(window.frameOrientationValue(), QStringLiteral("0"));
+    QVERIFY(!window.isLandscapeOrientation());
+
+    // The key path field and the processor fields exist but are never shown to this user.
+    window.show();
+    int visibleEdits = 0;
+    for (QLineEdit *edit : step->findChildren<QLineEdit *>())
+        visibleEdits += edit->isVisible() ? 1 : 0;
+    QCOMPARE(visibleEdits, 1); // the (disabled) custom size field
+    for (const QString &label : QStringList{"Executable:", "Working directory:", "Output path:", "LUT file:"})
+        QVERIFY2(withText<QLabel>(window, label) && !withText<QLabel>(window, label)->isVisible(),
+                 qPrintable(label));
+}
+
+void TestMainWindow::internalOptionsAreHidden()
+{
+    MainWindow window;
+    window.show();
+    for (const QString &text :
+         QStringList{"JPG preview only", "Disable analysis", "Disable crop", "Analysis only"}) {
+        QCheckBox *box = withText<QCheckBox>(window, text);
+        QVERIFY2(box && !box->isVisible(), qPrintable(text));
+    }
+    QComboBox *mode = comboStartingWith(window, QStringLiteral("Soft"));
+    QVERIFY(mode && !mode->isVisible());
+    QCOMPARE(mode->currentIndex(), 1);
+    QComboBox *strategy = comboStartingWith(window, QStringLiteral("auto"));
+    QVERIFY(strategy && !strategy->isVisible());
+    QComboBox *format = comboStartingWith(window, QStringLiteral("CSV"));
+    QVERIFY(format && !format->isVisible());
+    QCOMPARE(format->itemText(1), QStringLiteral("JSON"));
+    strategy->setCurrentText(QStringLiteral("manual-mode"));
+    window.onGlobalStrategyChanged(strategy->currentIndex());
+    QVERIFY(mode->isEnabled());
+    strategy->setCurrentText(QStringLiteral("auto"));
+    window.onGlobalStrategyChanged(strategy->currentIndex());
+    QVERIFY(!mode->isEnabled());
+}
+
+void TestMainWindow::stepAddImages()
+{
+    MainWindow window;
+    QGroupBox *step = section(window, QStringLiteral("Step 2: Add Images"));
+    QVERIFY(step);
+    QCOMPARE(step->objectName(), QStringLiteral("tarnStepSection"));
+    for (const QString &text : QStringList{"Add Images", "Add Folder", "Clear", "Remove Selected"})
+        QVERIFY2(withText<QPushButton>(*step, text), qPrintable(text));
+    QLabel *count = withText<QLabel>(window, QStringLiteral("0 image(s)"));
+    QVERIFY(count);
+    QCOMPARE(count->toolTip(), QStringLiteral("Use the ↑↓ buttons on each row to change playback order"));
+    QVERIFY(count->styleSheet().endsWith(QStringLiteral("padding-left: 6px;")));
+    QCheckBox *subfolders = withText<QCheckBox>(window, QStringLiteral("Include subfolders"));
+    QVERIFY(subfolders->isChecked());
+    QCOMPARE(subfolders->toolTip(), QStringLiteral("Recursively scan subfolders when adding a folder"));
+    QCheckBox *selectAll = withText<QCheckBox>(window, QStringLiteral("Select All"));
+    QVERIFY(selectAll && !selectAll->isChecked());
+    QVERIFY(!selectAll->toolTip().isEmpty());
+    QVERIFY(withText<QLabel>(window, QStringLiteral("Batch:")));
+    PreprocControlPanel *batch = nullptr;
+    for (PreprocControlPanel *panel : step->findChildren<PreprocControlPanel *>())
+        batch = panel;
+    QVERIFY(batch);
+    QVERIFY(!batch->fillButton(FillMode::Direct));
+    QVERIFY(!batch->rotationLabel());
+    QVERIFY(batch->fillButton(FillMode::BlurFill)->isChecked());
+}
+
+void TestMainWindow::imageTableSettings()
+{
+    MainWindow window;
+    ImageTableWidget *table = window.imageTable();
+    QCOMPARE(table->columnCount(), 5);
+    QStringList headers;
+    for (int c = 0; c < 5; ++c)
+        headers << table->horizontalHeaderItem(c)->text();
+    QCOMPARE(headers, (QStringList{"Sel", "Ord", "Thumb", "Filename", "Status"}));
+    QCOMPARE(table->columnWidth(0), 28);
+    QCOMPARE(table->columnWidth(1), 30);
+    QCOMPARE(table->columnWidth(2), 86);
+    QCOMPARE(table->columnWidth(4), 88);
+    QCOMPARE(table->horizontalHeader()->sectionResizeMode(0), QHeaderView::Fixed);
+    QCOMPARE(table->horizontalHeader()->sectionResizeMode(1), QHeaderView::Fixed);
+    QCOMPARE(table->horizontalHeader()->sectionResizeMode(3), QHeaderView::Stretch);
+    QCOMPARE(table->verticalHeader()->defaultSectionSize(), 140);
+    QVERIFY(table->verticalHeader()->isHidden());
+    QCOMPARE(table->selectionBehavior(), QAbstractItemView::SelectRows);
+    QCOMPARE(table->editTriggers(), QAbstractItemView::NoEditTriggers);
+    QVERIFY(table->alternatingRowColors());
+    QVERIFY(table->showGrid());
+    QCOMPARE(table->toolTip(), QStringLiteral("Use the ↑↓ buttons on each row to change playback order"));
+}
+
+void TestMainWindow::stepCreatePlayback()
+{
+    MainWindow window;
+    window.show();
+    QGroupBox *step = section(window, QStringLiteral("Step 3: Create Playback File"));
+    QVERIFY(step);
+    QCOMPARE(step->objectName(), QStringLiteral("tarnStepSection"));
+    QCheckBox *playlist = withText<QCheckBox>(window, QStringLiteral("Generate playlist"));
+    QVERIFY(playlist->isChecked());
+    QVERIFY(!playlist->toolTip().isEmpty());
+    QCheckBox *loop = withText<QCheckBox>(window, QStringLiteral("Loop playback"));
+    QVERIFY(loop->isChecked());
+    QCOMPARE(loop->toolTip(), QStringLiteral("Maps to play.loop in playlist.json"));
+    QVERIFY(withText<QLabel>(window, QStringLiteral("Slideshow interval:")));
+    for (const QString &unit : QStringList{"d", "h", "min"})
+        QVERIFY(withText<QLabel>(*step, unit));
+    QLineEdit *saveLocation = nullptr;
+    for (QLineEdit *edit : step->findChildren<QLineEdit *>())
+        saveLocation = edit;
+    QCOMPARE(saveLocation->placeholderText(),
+             QStringLiteral("Required: choose save location; vl_play folder will be created there"));
+    QPushButton *browse = withText<QPushButton>(*step, QStringLiteral("Browse..."));
+    QCOMPARE(browse->objectName(), QStringLiteral("tarnBrowseBtn"));
+    QLabel *hint = withText<QLabel>(*step, Str::playlistHintLite());
+    QVERIFY(hint && hint->styleSheet().endsWith(QStringLiteral("font-size:11px;")));
+    QProgressBar *progress = step->findChild<QProgressBar *>();
+    QVERIFY(!progress->isVisible());
+    QVERIFY(progress->isTextVisible());
+    QCOMPARE(progress->height(), 18);
+    QVERIFY(withText<QPushButton>(*step, QStringLiteral("Open Playlist"))->isVisible());
+    QVERIFY(!withText<QPushButton>(*step, QStringLiteral("Create Playlist"))->isVisible());
+    QPushButton *start = withText<QPushButton>(*step, QStringLiteral("▶  Start Processing"));
+    QCOMPARE(start->minimumSize(), QSize(130, 34));
+    QCOMPARE(start->styleSheet(), AppTheme::primaryButtonStyleSheet());
+    QVERIFY(start->isEnabled());
+    QPushButton *stop = withText<QPushButton>(*step, QStringLiteral("■  Stop"));
+    QCOMPARE(stop->minimumSize(), QSize(90, 34));
+    QCOMPARE(stop->styleSheet(), AppTheme::stopButtonStyleSheet());
+    QVERIFY(!stop->isEnabled());
+    for (QSpinBox *spin : intervalSpins(window))
+        QVERIFY(spin->isEnabled());
+    QVERIFY(saveLocation->isEnabled() && loop->isEnabled() && browse->isEnabled());
+}
+
+void TestMainWindow::intervalEditor()
+{
+    MainWindow window;
+    const QList<QSpinBox *> spins = intervalSpins(window);
+    QCOMPARE(spins.size(), 3);
+    QSpinBox *days = spins.at(0);
+    QSpinBox *hours = spins.at(1);
+    QSpinBox *minutes = spins.at(2);
+    QCOMPARE(days->maximum(), 34);
+    QCOMPARE(hours->maximum(), 23);
+    QCOMPARE(minutes->maximum(), 59);
+    QCOMPARE(days->value(), 0);
+    QCOMPARE(hours->value(), 0);
+    QCOMPARE(minutes->value(), 30);
+    QCOMPARE(window.playlistIntervalMinutes(), 30);
+    days->setValue(99);
+    QCOMPARE(days->value(), 34);
+    minutes->setValue(0); // 0 d 0 h 0 min snaps to 3 minutes
+    days->setValue(0);
+    QCOMPARE(days->value(), 0);
+    QCOMPARE(hours->value(), 0);
+    QCOMPARE(minutes->value(), 3);
+    days->setValue(34);
+    hours->setValue(23);
+    minutes->setValue(59);
+    QCOMPARE(days->value(), 34);
+    QCOMPARE(hours->value(), 17);
+    QCOMPARE(minutes->value(), 20);
+    QCOMPARE(window.playlistIntervalMinutes(), 50000);
+    window.setPlaylistIntervalMinutes(1);
+    QCOMPARE(window.playlistIntervalMinutes(), 3);
+    window.setPlaylistIntervalMinutes(1441);
+    QCOMPARE(days->value(), 1);
+    QCOMPARE(hours->value(), 0);
+    QCOMPARE(minutes->value(), 1);
+}
+
+void TestMainWindow::dragEnterNeedsUrls()
+{
+    MainWindow window;
+    QMimeData files;
+    files.setUrls({QUrl::fromLocalFile(QStringLiteral("/tmp/a.jpg"))});
+    QDragEnterEvent accepted(QPoint(10, 10), Qt::CopyAction, &files, Qt::LeftButton, Qt::NoModifier);
+    accepted.ignore();
+    QCoreApplication::sendEvent(&window, &accepted);
+    QVERIFY(accepted.isAccepted());
+    QMimeData text;
+    text.setText(QStringLiteral("hello"));
+    QDragEnterEvent refused(QPoint(10, 10), Qt::CopyAction, &text, Qt::LeftButton, Qt::NoModifier);
+    refused.ignore();
+    QCoreApplication::sendEvent(&window, &refused);
+    QVERIFY(!refused.isAccepted());
+}
+
+void TestMainWindow::retranslateIntoChinese()
+{
+    MainWindow window;
+    QTemporaryDir dir;
+    window.addImageFiles(TestFiles::makePictures(dir.path(), 2));
+    window.setRowStatus(1, Str::RowStatus::ExitCodeFailed, 3);
+    LanguageGuard zh(UiLanguage::Chinese);
+    window.retranslateUi();
+    QCOMPARE(window.windowTitle(), QStringLiteral("Velora 离线工具  v1.0.3 beta"));
+    QCOMPARE(window.menuBar()->actions().at(0)->text(), QStringLiteral("帮助(&H)"));
+    QVERIFY(section(window, QStringLiteral("第 1 步：选择设备")));
+    QVERIFY(section(window, QStringLiteral("第 2 步：添加图片")));
+    QVERIFY(section(window, QStringLiteral("第 3 步：生成播放文件")));
+    QVERIFY(withText<QPushButton>(window,
+                                  QStringLiteral("导入密钥..."))); // named like a browse button, yet itself
+    QVERIFY(withText<QPushButton>(window, QStringLiteral("浏览...")));
+    QVERIFY(!withText<QPushButton>(window, QStringLiteral("Browse...")));
+    QVERIFY(withText<QLabel>(window, QStringLiteral("相框型号:")));
+    QVERIFY(withText<QLabel>(window, QStringLiteral("相框方向:")));
+    QVERIFY(withText<QLabel>(window, QStringLiteral("可执行文件:")));
+    QVERIFY(withText<QLabel>(window, QStringLiteral("工作目录:")));
+    QVERIFY(withText<QLabel>(window, QStringLiteral("批量:")));
+    QVERIFY(withText<QLabel>(window, QStringLiteral("2 张图片")));
+    QVERIFY(comboStartingWith(window, QStringLiteral("竖屏 (0)")));
+    QVERIFY(withText<QCheckBox>(window, QStringLiteral("包含子文件夹")));
+    QVERIFY(withText<QPushButton>(window, QStringLiteral("▶  开始处理")));
+    QCOMPARE(window.imageTable()->horizontalHeaderItem(3)->text(), QStringLiteral("文件名"));
+    QCOMPARE(window.imageTable()->item(1, MainWindow::StatusColumn)->text(), QStringLiteral("失败(3)"));
+    QCOMPARE(window.imageTable()->item(0, MainWindow::StatusColumn)->text(), QStringLiteral("待处理"));
+    QCOMPARE(window.preprocWidgetAt(0)->controlPanel()->fillButton(FillMode::BlurFill)->text(),
+             QStringLiteral("模糊"));
+    QCOMPARE(window.findChild<QPlainTextEdit *>()->placeholderText(),
+             QStringLiteral("处理日志将显示在这里..."));
+    QCOMPARE(logWindow(window)->windowTitle(), QStringLiteral("日志"));
+
+    UiLanguage::set(UiLanguage::English);
+    window.retranslateUi();
+    QVERIFY(withText<QLabel>(window, QStringLiteral("Executable:")));
+    QVERIFY(withText<QPushButton>(window, QStringLiteral("Import Key...")));
+    QCOMPARE(window.imageTable()->item(1, MainWindow::StatusColumn)->text(), QStringLiteral("Failed (3)"));
+}
+
+void TestMainWindow::unnamedLabelsAreMatchedInOrder()
+{
+    MainWindow window;
+    auto *both = new QLabel(QStringLiteral("Working Processor"), window.centralWidget());
+    auto *orientation = new QLabel(QStringLiteral("Orientation:"), window.centralWidget());
+    auto *panelType = new QLabel(QStringLiteral("面板类型:"), window.centralWidget());
+    auto *lut = new QLabel(QStringLiteral("my LUT"), window.centralWidget());
+    auto *other = new QLabel(QStringLiteral("nothing to match"), window.centralWidget());
+    window.retranslateUi();
+    QCOMPARE(both->text(), QStringLiteral("Processor variant:")); // "Processor" is tested first
+    QCOMPARE(orientation->text(), QStringLiteral("Orientation:"));
+    QCOMPARE(panelType->text(), QStringLiteral("Frame model:"));
+    QCOMPARE(lut->text(), QStringLiteral("LUT file:"));
+    QCOMPARE(other->text(), QStringLiteral("nothing to match"));
+}
+
+void TestMainWindow::fileNamesAreNeverRelabelled()
+{
+    MainWindow window;
+    QTemporaryDir dir;
+    const QString odd = dir.filePath(QStringLiteral("Batch: Processor Working.png"));
+    QVERIFY(TestFiles::solidImage(8, 8, Qt::red).save(odd, "PNG"));
+    window.addImageFiles({odd});
+    window.retranslateUi();
+    QVERIFY(withText<QLabel>(window, QStringLiteral("Batch: Processor Working.png")));
 }
 
 QTEST_MAIN(TestMainWindow)

@@ -212,7 +212,7 @@ void TestMainWindowImages::folderScanIsSortedAndOptionallyRecursive()
 {
     const QString root = folder("sorted");
     QVERIFY(QDir().mkpath(QDir(root).filePath("sub")) && QDir().mkpath(QDir(root).filePath("Sub2")));
-    for (const QString &name : {"b.png", "A.png", "c.PNG", "sub/d.png", "Sub2/a2.png"})
+    for (const QString &name : QStringList{"b.png", "A.png", "c.PNG", "sub/d.png", "Sub2/a2.png"})
         QVERIFY(TestFiles::solidImage(8, 8, Qt::red).save(QDir(root).filePath(name), "PNG"));
     QVERIFY(TestFiles::write(QDir(root).filePath("readme.txt"), "x"));
 
