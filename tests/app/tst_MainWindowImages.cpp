@@ -12,6 +12,7 @@
 
 #include <QCheckBox>
 #include <QDir>
+#include <QFileDialog>
 #include <QLabel>
 #include <QProgressDialog>
 #include <QPushButton>
@@ -34,6 +35,16 @@ QCheckBox *checkBox(MainWindow &window, const QString &text)
     for (QCheckBox *box : window.findChildren<QCheckBox *>()) {
         if (box->text() == text)
             return box;
+    }
+    return nullptr;
+}
+
+template <typename Widget>
+Widget *withText(QWidget &root, const QString &text)
+{
+    for (Widget *widget : root.findChildren<Widget *>()) {
+        if (widget->text() == text)
+            return widget;
     }
     return nullptr;
 }
@@ -81,6 +92,8 @@ private Q_SLOTS:
     void heicIsConvertedForTheProcessor();
     void unreadableHeicWarnsAndAddsNoRow();
     void unreadablePictureGetsAGreyThumbnail();
+    void addImagesButtonOpensTheFileChooser();
+    void addFolderButtonOpensTheFolderChooser();
 
 private:
     QString folder(const QString &name) const { return m_dir.filePath(name); }
@@ -354,6 +367,49 @@ void TestMainWindowImages::unreadablePictureGetsAGreyThumbnail()
     const QImage grey = thumb->pixmap().toImage();
     QCOMPARE(grey.size(), QSize(72, 72));
     QCOMPARE(grey.pixelColor(36, 36), QColor(180, 180, 180));
+}
+
+void TestMainWindowImages::addImagesButtonOpensTheFileChooser()
+{
+    const QStringList pictures = TestFiles::makePictures(folder("chooser"), 2, "pick");
+    QString title;
+    QStringList filters;
+    ModalAnswerer answerer(QMessageBox::Ok, [&](QWidget *dialog) {
+        auto *chooser = qobject_cast<QFileDialog *>(dialog);
+        if (!chooser)
+            return;
+        title = chooser->windowTitle();
+        filters = chooser->nameFilters();
+        chooser->setDirectory(folder("chooser"));
+        chooser->selectFile(QStringLiteral("\"%1\" \"%2\"").arg(QFileInfo(pictures.at(0)).fileName(),
+                                                                 QFileInfo(pictures.at(1)).fileName()));
+        static_cast<QDialog *>(chooser)->accept(); // QFileDialog::accept is protected
+    });
+    QTest::mouseClick(withText<QPushButton>(*m_window, QStringLiteral("Add Images")), Qt::LeftButton);
+    QCOMPARE(title, QStringLiteral("Select images"));
+    QCOMPARE(filters, (QStringList{"Images (*.jpg *.jpeg *.png *.bmp *.tif *.tiff *.webp *.heic *.heif)", "All files (*)"}));
+    QCOMPARE(fileNames(sourcePaths(*m_window)), (QStringList{"pick_0000.png", "pick_0001.png"}));
+
+    ModalAnswerer cancel(QMessageBox::Ok); // a cancelled chooser adds nothing
+    QTest::mouseClick(withText<QPushButton>(*m_window, QStringLiteral("Add Images")), Qt::LeftButton);
+    QCOMPARE(m_window->imageTable()->rowCount(), 2);
+}
+
+void TestMainWindowImages::addFolderButtonOpensTheFolderChooser()
+{
+    TestFiles::makePictures(folder("chosen"), 3, "dir");
+    QString title;
+    ModalAnswerer answerer(QMessageBox::Ok, [&](QWidget *dialog) {
+        auto *chooser = qobject_cast<QFileDialog *>(dialog);
+        if (!chooser)
+            return;
+        title = chooser->windowTitle();
+        chooser->setDirectory(folder("chosen"));
+        static_cast<QDialog *>(chooser)->accept(); // QFileDialog::accept is protected
+    });
+    QTest::mouseClick(withText<QPushButton>(*m_window, QStringLiteral("Add Folder")), Qt::LeftButton);
+    QCOMPARE(title, QStringLiteral("Select image folder"));
+    QCOMPARE(m_window->imageTable()->rowCount(), 3);
 }
 
 QTEST_MAIN(TestMainWindowImages)
