@@ -13,6 +13,7 @@
 #include <functional>
 #include <memory>
 
+struct PlaylistExportRequest;
 class ImageTableWidget;
 class PreprocControlPanel;
 class PreprocWidget;
@@ -88,6 +89,12 @@ public:
     void updatePreprocPanelSettings();
 
     // Target device
+    bool applyPubkeyFile(const QString &path);
+    QStringList loadKeyFileHistory() const;
+    void saveKeyFileHistory(const QStringList &history);
+    void addKeyFileToHistory(const QString &path);
+    QString keyFileComboLabel(const QString &path) const;
+    void refreshSavedKeyCombo();
     QSize panelResolution() const;
     bool isLandscapeOrientation() const;
     QString frameOrientationValue() const;
@@ -98,6 +105,18 @@ public:
     // Processor
     QString currentVariantId() const;
     void updateVariantFeatures();
+    void applyVariant(const QString &id);
+    QString detectDefaultLut(const QString &configuredLut, const QString &workDir) const;
+    void checkProcessorAtStartup();
+
+    // The run and the processor's command line
+    static QString tempPreprocDir();
+    QString liteBinStagingDir() const;
+    QString resolveOutputPathsForRow(int row) const;
+    QStringList buildArgs(int row);
+    bool validateSettings() const;
+    void processNext();
+    void showProcessingCompleteDialog();
 
     // Playlist settings
     int playlistIntervalMinutes() const;
@@ -106,6 +125,8 @@ public:
     bool playlistFrameLimitApplies() const;
     QString playlistParentDir() const;
     void openOutputOrPlaylistDir();
+    bool buildPlaylistRequest(PlaylistExportRequest *request, QString *message) const;
+    bool runPlaylistExport(bool interactive);
 
 public Q_SLOTS:
     void onBrowseExe();
@@ -157,7 +178,8 @@ private:
     void loadProcessorConfig();
     void loadSettings();
     void saveSettings();
-    void checkProcessorAtStartup();
+    void finishRun();
+    void logProcessOutput(const QByteArray &bytes, bool standardError);
     void onPlaylistIntervalPartChanged();
     void swapRowContent(int a, int b);
     void setListEditingEnabled(bool enabled);

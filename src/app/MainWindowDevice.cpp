@@ -4,6 +4,12 @@
 #include "playlist/PlaylistExporter.h"
 
 #include <QComboBox>
+#include <QDir>
+#include <QFile>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QLabel>
 #include <QLineEdit>
 #include <QSignalBlocker>
@@ -72,9 +78,136 @@ void MainWindow::updatePanelResolutionLabel()
     m_panelResolutionLabel->setText(Str::panelResolutionSize(size.width(), size.height()));
 }
 
-void MainWindow::onBrowseKeyFile()
+namespace {
+
+constexpr int kKeyHistoryLimit = 30;
+const QString kKeyHistoryKey = QStringLiteral("saved_key_files");
+
+// The key file as a JSON object, or an empty object when it cannot be read or parsed.
+QJsonObject readKeyFile(const QString &path)
 {
-    // The key file chooser and its history come with the device handling of a run.
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return QJsonObject();
+    QJsonParseError error{};
+    const QJsonDocument document = QJsonDocument::fromJson(file.readAll(), &error);
+    return error.error == QJsonParseError::NoError && document.isObject() ? document.object() : QJsonObject();
 }
 
-void MainWindow::onKeyHistoryChanged(int /*index*/) {}
+QString nativeAbsolute(const QString &path)
+{
+    return QDir::toNativeSeparators(QFileInfo(path).absoluteFilePath());
+}
+
+} // namespace
+
+bool MainWindow::applyPubkeyFile(const QString &path)
+{
+    const QString keyPath = nativeAbsolute(path);
+    const auto refresh = [this] {
+        updatePanelResolutionLabel();
+        updatePreprocPanelSettings();
+    };
+    if (!QFileInfo::exists(keyPath)) {
+        if (m_keyFileEdit)
+            m_keyFileEdit->clear();
+        setLitePanelType(kDefaultPanelType);
+        refresh();
+        return false;
+    }
+    if (m_keyFileEdit)
+        m_keyFileEdit->setText(keyPath);
+    // Unreadable or malformed files keep the default panel, silently.
+    QString type = kDefaultPanelType;
+    const QString mapped = PlaylistExporter::pubkeyPanelToGuiType(
+        readKeyFile(keyPath).value(QStringLiteral("panel")).toString());
+    if (!mapped.isEmpty())
+        type = mapped;
+    setLitePanelType(type);
+    refresh();
+    return true;
+}
+
+QStringList MainWindow::loadKeyFileHistory() const
+{
+    return appSettings()->value(kKeyHistoryKey).toStringList();
+}
+
+void MainWindow::saveKeyFileHistory(const QStringList &history)
+{
+    appSettings()->setValue(kKeyHistoryKey, history);
+}
+
+void MainWindow::addKeyFileToHistory(const QString &path)
+{
+    const QString keyPath = path.isEmpty() ? QString() : nativeAbsolute(path);
+    if (keyPath.isEmpty() || !QFileInfo::exists(keyPath))
+        return;
+    QStringList history = loadKeyFileHistory();
+    history.removeAll(keyPath);
+    history.prepend(keyPath);
+    saveKeyFileHistory(history.mid(0, kKeyHistoryLimit));
+}
+
+QString MainWindow::keyFileComboLabel(const QString &path) const
+{
+    const QJsonObject key = readKeyFile(path);
+    const QString panel = key.value(QStringLiteral("panel")).toString();
+    const QString mac = key.value(QStringLiteral("stamac")).toString();
+    const QString deviceId = key.value(QStringLiteral("device_id")).toString();
+    if (!panel.isEmpty() && !mac.isEmpty())
+        return Str::keyFileComboText(panel, mac);
+    if (!panel.isEmpty() && !deviceId.isEmpty())
+        return Str::keyFileComboText(panel, deviceId.left(8));
+    return QFileInfo(path).fileName();
+}
+
+void MainWindow::refreshSavedKeyCombo()
+{
+    if (!m_keyHistoryCombo)
+        return;
+    const QSignalBlocker blocker(m_keyHistoryCombo);
+    m_keyHistoryCombo->clear();
+    // Files that disappeared are not offered, but stay in the stored list.
+    for (const QString &entry : loadKeyFileHistory()) {
+        if (QFileInfo::exists(entry))
+            m_keyHistoryCombo->addItem(keyFileComboLabel(entry), nativeAbsolute(entry));
+    }
+    const QString current = currentKeyFilePath();
+    int index = -1;
+    for (int i = 0; !current.isEmpty() && i < m_keyHistoryCombo->count(); ++i) {
+        if (m_keyHistoryCombo->itemData(i).toString().compare(current, Qt::CaseInsensitive) == 0) {
+            index = i;
+            break;
+        }
+    }
+    if (index < 0 && m_keyHistoryCombo->count() > 0)
+        index = 0;
+    m_keyHistoryCombo->setCurrentIndex(index);
+}
+
+void MainWindow::onBrowseKeyFile()
+{
+    const QString chosen =
+        QFileDialog::getOpenFileName(this, Str::selectKeyFile(), currentKeyFilePath(), Str::allFilesFilter());
+    if (chosen.isEmpty())
+        return;
+    addKeyFileToHistory(chosen);
+    applyPubkeyFile(chosen);
+    refreshSavedKeyCombo();
+    if (m_keyHistoryCombo) {
+        const QSignalBlocker blocker(m_keyHistoryCombo);
+        const int index = m_keyHistoryCombo->findData(nativeAbsolute(chosen));
+        if (index >= 0)
+            m_keyHistoryCombo->setCurrentIndex(index);
+    }
+}
+
+void MainWindow::onKeyHistoryChanged(int index)
+{
+    if (!m_keyHistoryCombo || index < 0 || index >= m_keyHistoryCombo->count())
+        return;
+    const QString path = m_keyHistoryCombo->itemData(index).toString();
+    if (path != currentKeyFilePath())
+        applyPubkeyFile(path);
+}

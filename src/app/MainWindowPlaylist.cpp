@@ -1,10 +1,18 @@
 // The package settings: slideshow interval, save location, and opening the package folder.
 #include "app/MainWindow.h"
 
+#include "images/ImageTableWidget.h"
+#include "playlist/PlaylistExporter.h"
+
 #include <QCheckBox>
+#include <QComboBox>
 #include <QDesktopServices>
 #include <QDir>
+#include <QFile>
 #include <QFileDialog>
+#include <QFileInfo>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
@@ -90,7 +98,154 @@ void MainWindow::openOutputOrPlaylistDir()
         QMessageBox::information(this, Str::noticeTitle(), Str::dirNotExistPlaylist());
 }
 
+bool MainWindow::buildPlaylistRequest(PlaylistExportRequest *request, QString *message) const
+{
+    if (!request)
+        return false;
+    request->intervalMinutes = playlistIntervalMinutes();
+    request->loop = m_loopCheck && m_loopCheck->isChecked();
+    request->panel =
+        PlaylistExporter::panelFromGuiType(m_panelTypeCombo ? m_panelTypeCombo->currentText() : QString(),
+                                           m_customSizeEdit ? m_customSizeEdit->text() : QString());
+    request->frameNames.clear();
+    request->sourcePaths.clear();
+    request->encrypt = false;
+    request->accountUid.clear();
+    request->deviceIds.clear();
+
+    // The device key file: its panel wins over the combo box, and it switches encryption on.
+    // A key file that cannot be read gives an unencrypted playlist, without a word.
+    const QString keyFile = currentKeyFilePath();
+    if (m_keyFileEdit && !keyFile.isEmpty()) {
+        QFile file(keyFile);
+        QJsonParseError error{};
+        const QJsonDocument document = file.open(QIODevice::ReadOnly)
+                                           ? QJsonDocument::fromJson(file.readAll(), &error)
+                                           : QJsonDocument();
+        if (error.error == QJsonParseError::NoError && document.isObject()) {
+            const QJsonObject key = document.object();
+            const QString panel = key.value(QStringLiteral("panel")).toString();
+            if (!panel.isEmpty()) {
+                const PanelSpec fromKey = PlaylistExporter::panelFromGuiType(panel, QString());
+                if (fromKey.ok)
+                    request->panel = fromKey;
+            }
+            request->encrypt = true;
+            request->accountUid = key.value(QStringLiteral("uid")).toString();
+            const QString deviceId = key.value(QStringLiteral("device_id")).toString();
+            if (!deviceId.isEmpty())
+                request->deviceIds << deviceId;
+        }
+    }
+    if (!request->panel.ok)
+        return false; // the caller shows the panel's own reason
+
+    // Frame names stay contiguous: rows without output take no number.
+    QStringList missing;
+    for (int row = 0; m_imageTable && row < m_imageTable->rowCount(); ++row) {
+        const QString output = resolveOutputPathsForRow(row);
+        if (QFileInfo::exists(output)) {
+            request->frameNames
+                << QStringLiteral("frame_%1.bin").arg(request->frameNames.size(), 3, 10, QLatin1Char('0'));
+            request->sourcePaths << output;
+        } else if (const QTableWidgetItem *item = m_imageTable->item(row, FileColumn)) {
+            missing << item->text();
+        }
+    }
+    const QString missingNames = missing.join(QLatin1Char('\n'));
+    if (!request->frameNames.isEmpty()) {
+        if (message && !missing.isEmpty())
+            *message = Str::missingBinCount(int(missing.size()), missingNames);
+        return true;
+    }
+    if (message)
+        *message = missing.isEmpty() ? Str::noBinFiles() : missingNames;
+    return false;
+}
+
+bool MainWindow::runPlaylistExport(bool interactive)
+{
+    const auto refuse = [&](const QString &title, const QString &text, QMessageBox::Icon icon,
+                            bool logWhenSilent) {
+        if (interactive) {
+            QMessageBox box(icon, title, text, QMessageBox::Ok, this);
+            box.exec();
+        } else if (logWhenSilent) {
+            appendLog(Str::playlistExportFailed(text));
+        }
+        return false;
+    };
+    const int rows = m_imageTable ? m_imageTable->rowCount() : 0;
+    if (rows == 0)
+        return refuse(Str::noticeTitle(), Str::addImagesFirst(), QMessageBox::Information, false);
+    if (rows > kPlaylistFrameLimit)
+        return refuse(Str::settingsErrorTitle(), Str::playlistTooManyFrames(kPlaylistFrameLimit),
+                      QMessageBox::Warning, true);
+    if (m_analysisOnlyCheck && m_analysisOnlyCheck->isChecked())
+        return refuse(Str::noticeTitle(), Str::analysisOnlyNoPlaylist(), QMessageBox::Warning, false);
+
+    PlaylistExportRequest request;
+    QString message;
+    if (!buildPlaylistRequest(&request, &message)) {
+        const QString text = message.isEmpty() ? request.panel.error : message;
+        if (interactive)
+            QMessageBox::warning(this, Str::playlistCannotCreateTitle(), text);
+        else
+            appendLog(Str::playlistExportFailed(text));
+        return false;
+    }
+
+    if (!message.isEmpty()) {
+        if (interactive) {
+            const auto answer = QMessageBox::question(this, Str::playlistPartialMissingTitle(),
+                                                      Str::playlistPartialMissing(message),
+                                                      QMessageBox::Yes | QMessageBox::No);
+            if (answer != QMessageBox::Yes)
+                return false;
+        } else {
+            appendLog(QStringLiteral("⚠ ") + message);
+        }
+    }
+    const QString parent = playlistParentDir();
+    if (parent.isEmpty()) {
+        if (interactive)
+            QMessageBox::warning(this, Str::settingsErrorTitle(), Str::playlistSaveLocationMissing());
+        else
+            appendLog(Str::playlistExportFailed(Str::playlistSaveLocationNotSet()));
+        return false;
+    }
+    request.outputDir = QDir(parent).filePath(kPackageFolder);
+    const QString shownFolder = QDir::toNativeSeparators(request.outputDir);
+    if (interactive && QFileInfo::exists(request.outputDir)) {
+        const auto answer =
+            QMessageBox::question(this, Str::playlistDirExistsTitle(), Str::playlistDirExists(shownFolder),
+                                  QMessageBox::Yes | QMessageBox::No);
+        if (answer != QMessageBox::Yes)
+            return false;
+    }
+
+    const QString error = PlaylistExporter::exportPlaylist(request);
+    if (!error.isEmpty()) {
+        if (interactive)
+            QMessageBox::critical(this, Str::playlistCreateFailedTitle(), error);
+        appendLog(Str::playlistCreateFailed(error));
+        return false;
+    }
+    appendLog(Str::playlistCreatedLog(shownFolder, int(request.frameNames.size()), request.intervalMinutes));
+    if (interactive) {
+        QMessageBox::information(
+            this, Str::playlistCreatedTitle(),
+            Str::playlistCreated(shownFolder, int(request.frameNames.size()), request.intervalMinutes));
+    }
+    return true;
+}
+
 void MainWindow::onCreatePlaylist()
 {
-    // Not connected in this edition: the package is written at the end of every run.
+    // Not connected in this edition, where the package is written at the end of every run.
+    if (m_processing) {
+        QMessageBox::warning(this, Str::noticeTitle(), Str::processingPlaylistBusy());
+        return;
+    }
+    runPlaylistExport(true);
 }

@@ -1,14 +1,31 @@
 // The processor variant, its configuration, and the start-up check of the processor.
 #include "app/MainWindow.h"
 
+#include "processor/ProcessorManifest.h"
+
 #include <QCheckBox>
 #include <QComboBox>
+#include <QCoreApplication>
+#include <QDir>
+#include <QFileDialog>
+#include <QFileInfo>
 #include <QLineEdit>
+#include <QMessageBox>
 #include <QPushButton>
 
 namespace {
 const QString kLiteVariantId = QStringLiteral("lite");
-}
+const QString kReservedVariantId = QStringLiteral("default");
+const QStringList kDefaultLutNames = {QStringLiteral("lut_128_36_16_uni_260215.bin"),
+                                      QStringLiteral("lut_128_36_16_uni_251208.bin")};
+constexpr int kSelfTestStartMs = 5000;
+constexpr int kSelfTestFinishMs = 10000;
+constexpr int kSelfTestKillMs = 2000;
+
+QString exeKey(const QString &id) { return QStringLiteral("variant/%1/exe").arg(id); }
+
+QString workDirKey(const QString &id) { return QStringLiteral("variant/%1/work_dir").arg(id); }
+} // namespace
 
 QString MainWindow::currentVariantId() const { return kLiteVariantId; }
 
@@ -21,18 +38,96 @@ void MainWindow::loadProcessorConfig()
     m_variantId = currentVariantId();
 }
 
+void MainWindow::applyVariant(const QString &id)
+{
+    m_variantId = id;
+    if (id == kReservedVariantId || !m_processorConfig.variantIds().contains(id))
+        return; // the fields keep what they hold
+    m_processorConfig.setActiveVariant(id);
+    const std::unique_ptr<QSettings> settings = appSettings();
+    const QString executable = QDir::toNativeSeparators(m_processorConfig.resolvedExecutable(id));
+    const QString workDir = QDir::toNativeSeparators(m_processorConfig.resolvedWorkDir(id));
+    if (m_exeEdit)
+        m_exeEdit->setText(settings->value(exeKey(id), executable).toString());
+    if (m_workDirEdit)
+        m_workDirEdit->setText(settings->value(workDirKey(id), workDir).toString());
+    const QString lut =
+        detectDefaultLut(m_processorConfig.resolvedDefaultLut(id), m_processorConfig.resolvedWorkDir(id));
+    if (!lut.isEmpty() && m_lutEdit)
+        m_lutEdit->setText(QDir::toNativeSeparators(lut));
+}
+
+QString MainWindow::detectDefaultLut(const QString &configuredLut, const QString &workDir) const
+{
+    if (!configuredLut.isEmpty() && QFileInfo::exists(configuredLut))
+        return QFileInfo(configuredLut).absoluteFilePath();
+    if (workDir.isEmpty())
+        return QString();
+    // The first name wins wherever it is; within a name, test/ comes before the folder itself.
+    const QDir dir(workDir);
+    for (const QString &name : kDefaultLutNames) {
+        for (const QString &candidate : {dir.filePath(QStringLiteral("test/") + name), dir.filePath(name)}) {
+            if (QFileInfo::exists(candidate))
+                return QFileInfo(candidate).absoluteFilePath();
+        }
+    }
+    return QString();
+}
+
 void MainWindow::updateVariantFeatures()
 {
     // The variant's feature flags switch nothing in this edition.
 }
 
-void MainWindow::onVariantChanged(int /*index*/) {}
+void MainWindow::onVariantChanged(int index)
+{
+    if (m_variantCombo && index >= 0)
+        applyVariant(m_variantCombo->itemData(index).toString());
+}
 
-void MainWindow::onReloadConfig() {}
+void MainWindow::onReloadConfig()
+{
+    loadProcessorConfig();
+    const QString id = appSettings()->value(QStringLiteral("processor_variant"), kLiteVariantId).toString();
+    applyVariant(id);
+    appendLog(Str::configReloaded());
+    if (m_variantCombo) {
+        const int index = m_variantCombo->findData(id);
+        if (index >= 0)
+            m_variantCombo->setCurrentIndex(index);
+    }
+}
 
-void MainWindow::onBrowseExe() {}
+void MainWindow::onBrowseExe()
+{
+    const QString chosen = QFileDialog::getOpenFileName(
+        this, Str::selectProcessorExe(), m_exeEdit ? m_exeEdit->text() : QString(), Str::exeFileFilter());
+    if (chosen.isEmpty() || !m_exeEdit)
+        return;
+    m_exeEdit->setText(QDir::toNativeSeparators(chosen));
+    if (m_variantId != kReservedVariantId)
+        appSettings()->setValue(exeKey(currentVariantId()), m_exeEdit->text());
+    // The processor's folder is its working directory.
+    if (m_workDirEdit && m_workDirEdit->text().trimmed().isEmpty())
+        m_workDirEdit->setText(QDir::toNativeSeparators(QFileInfo(chosen).absolutePath()));
+    if (m_lutEdit &&
+        (m_lutEdit->text().trimmed().isEmpty() || !QFileInfo::exists(m_lutEdit->text().trimmed()))) {
+        const QString lut = detectDefaultLut(m_lutEdit->text().trimmed(),
+                                             m_workDirEdit ? m_workDirEdit->text().trimmed() : QString());
+        if (!lut.isEmpty())
+            m_lutEdit->setText(QDir::toNativeSeparators(lut));
+    }
+}
 
-void MainWindow::onBrowseWorkDir() {}
+void MainWindow::onBrowseWorkDir()
+{
+    const QString chosen = QFileDialog::getExistingDirectory(
+        this, Str::selectWorkDir(), m_workDirEdit ? m_workDirEdit->text() : QString());
+    if (chosen.isEmpty() || !m_workDirEdit)
+        return;
+    m_workDirEdit->setText(QDir::toNativeSeparators(chosen));
+    appSettings()->setValue(workDirKey(currentVariantId()), m_workDirEdit->text());
+}
 
 void MainWindow::onGlobalStrategyChanged(int /*index*/)
 {
@@ -49,4 +144,51 @@ void MainWindow::onAnalysisModeToggled(bool /*checked: the group is enabled eith
     }
 }
 
-void MainWindow::checkProcessorAtStartup() {}
+void MainWindow::checkProcessorAtStartup()
+{
+    const auto fail = [this](const QString &message) {
+        QMessageBox::critical(this, Str::processorStartupCheckTitle(), message, QMessageBox::Ok);
+    };
+    QString dir = m_workDirEdit ? m_workDirEdit->text().trimmed() : QString();
+    if (dir.isEmpty())
+        dir = QDir(QCoreApplication::applicationDirPath()).filePath(QStringLiteral("processor"));
+    if (!QFileInfo(dir).isDir()) {
+        fail(Str::processorStartupCheckMissingWorkDir(QDir::toNativeSeparators(dir)));
+        return;
+    }
+    const ProcessorManifest::Validation validation = ProcessorManifest::validate(dir);
+    if (!validation.ok) {
+        fail(Str::processorDirIncomplete(validation.missing.join(QStringLiteral(", ")),
+                                         QDir::toNativeSeparators(validation.processorDir)));
+        return;
+    }
+
+    const ProcessorManifest::SmokeTest smoke = ProcessorManifest::smokeTest(dir);
+    const QString executable = QDir(dir).filePath(smoke.executable);
+    const auto failWith = [&](const QString &errorLine) {
+        fail(Str::processorStartupCheckFailed(QDir::toNativeSeparators(executable),
+                                              QDir::toNativeSeparators(dir), errorLine));
+    };
+    QProcess process; // not the run's process
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("PATH"),
+                       QDir::toNativeSeparators(QFileInfo(executable).absolutePath()) +
+                           QDir::listSeparator() + environment.value(QStringLiteral("PATH")));
+    process.setProcessEnvironment(environment);
+    process.setWorkingDirectory(dir);
+    process.start(executable, smoke.args);
+    if (!process.waitForStarted(kSelfTestStartMs)) {
+        failWith(Str::processorSelfTestStartFailed(process.errorString()));
+        return;
+    }
+    if (!process.waitForFinished(kSelfTestFinishMs)) {
+        process.kill();
+        process.waitForFinished(kSelfTestKillMs);
+        failWith(Str::processorSelfTestTimedOut());
+        return;
+    }
+    if (process.exitStatus() == QProcess::CrashExit)
+        failWith(Str::processorSelfTestCrashed(process.exitCode()));
+    else if (process.exitCode() != smoke.expectExitCode)
+        failWith(Str::processorSelfTestAbnormalExit(process.exitCode()));
+}

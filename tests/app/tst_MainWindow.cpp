@@ -11,6 +11,7 @@
 #include "LanguageGuard.h"
 #include "ModalAnswerer.h"
 #include "TestFiles.h"
+#include "WindowFixture.h"
 
 #include <QAction>
 #include <QApplication>
@@ -72,6 +73,7 @@ class TestMainWindow : public QObject
 
 private Q_SLOTS:
     void initTestCase();
+    void cleanup();
     void titleAndSize();
     void helpMenu();
     void logKeepsTheLast3000Lines();
@@ -92,12 +94,16 @@ private Q_SLOTS:
     void fileNamesAreNeverRelabelled();
 
 private:
+    std::unique_ptr<WindowFixture> m_fixture;
     static QPlainTextEdit *logView(MainWindow &window) { return window.findChild<QPlainTextEdit *>(); }
     static QDialog *logWindow(MainWindow &window) { return window.findChild<QDialog *>(); }
 };
 
+void TestMainWindow::cleanup() { WindowFixture::removeSettings(); }
+
 void TestMainWindow::initTestCase()
 {
+    m_fixture = std::make_unique<WindowFixture>();
     UiLanguage::set(UiLanguage::English);
     QApplication::setApplicationVersion(QStringLiteral("1.0.3"));
 }
@@ -190,11 +196,15 @@ void TestMainWindow::aboutBox()
 
 void TestMainWindow::missingConfigurationIsLogged()
 {
-    // No tarngui_lite.json lies anywhere near the test executable.
-    MainWindow window;
-    QCOMPARE(logView(window)->document()->firstBlock().text(),
-             QStringLiteral("⚠ 未找到 tarngui_lite.json Using default paths from the UI."));
-    QCOMPARE(window.currentVariantId(), QStringLiteral("lite"));
+    // No tarngui_lite.json anywhere the window looks.
+    m_fixture->removeConfiguration();
+    {
+        MainWindow window;
+        QCOMPARE(logView(window)->document()->firstBlock().text(),
+                 QStringLiteral("⚠ 未找到 tarngui_lite.json Using default paths from the UI."));
+        QCOMPARE(window.currentVariantId(), QStringLiteral("lite"));
+    }
+    m_fixture->useProcessor(WindowFixture::demoProcessor(), WindowFixture::demoProcessorDir());
 }
 
 void TestMainWindow::languageSwitchDoesNothing()

@@ -9,6 +9,7 @@
 #include "HeicWriter.h"
 #include "ModalAnswerer.h"
 #include "TestFiles.h"
+#include "WindowFixture.h"
 
 #include <QCheckBox>
 #include <QDir>
@@ -39,8 +40,7 @@ QCheckBox *checkBox(MainWindow &window, const QString &text)
     return nullptr;
 }
 
-template <typename Widget>
-Widget *withText(QWidget &root, const QString &text)
+template <typename Widget> Widget *withText(QWidget &root, const QString &text)
 {
     for (Widget *widget : root.findChildren<Widget *>()) {
         if (widget->text() == text)
@@ -77,6 +77,7 @@ class TestMainWindowImages : public QObject
 private Q_SLOTS:
     void initTestCase();
     void init();
+    void cleanup();
     void rowsCarryTheirCells();
     void sameFileTwiceGivesOneRow();
     void unsupportedAndMissingPathsAreSkipped();
@@ -98,18 +99,24 @@ private Q_SLOTS:
 private:
     QString folder(const QString &name) const { return m_dir.filePath(name); }
     QTemporaryDir m_dir;
+    std::unique_ptr<WindowFixture> m_fixture;
     std::unique_ptr<MainWindow> m_window;
 };
 
 void TestMainWindowImages::initTestCase()
 {
     QVERIFY(m_dir.isValid());
-    qputenv("TMPDIR", QFile::encodeName(m_dir.filePath(QStringLiteral("tmp"))));
-    QDir().mkpath(m_dir.filePath(QStringLiteral("tmp")));
+    m_fixture = std::make_unique<WindowFixture>();
     UiLanguage::set(UiLanguage::English);
 }
 
 void TestMainWindowImages::init() { m_window = std::make_unique<MainWindow>(); }
+
+void TestMainWindowImages::cleanup()
+{
+    m_window.reset();
+    WindowFixture::removeSettings();
+}
 
 void TestMainWindowImages::rowsCarryTheirCells()
 {
@@ -336,7 +343,7 @@ void TestMainWindowImages::heicIsConvertedForTheProcessor()
     QCOMPARE(m_window->imageTable()->rowCount(), 1);
     const QString cached =
         m_window->imageTable()->item(0, MainWindow::FileColumn)->data(MainWindow::kHeicCacheRole).toString();
-    QVERIFY(cached.startsWith(m_dir.filePath("tmp/tarngui_heic_cache/")));
+    QVERIFY(cached.startsWith(m_fixture->path("tmp/tarngui_heic_cache/")));
     QVERIFY(QFileInfo::exists(cached));
     auto *thumb = qobject_cast<QLabel *>(m_window->imageTable()->cellWidget(0, MainWindow::ThumbColumn));
     QCOMPARE(thumb->pixmap().size(), QSize(72, 54));
@@ -381,13 +388,15 @@ void TestMainWindowImages::addImagesButtonOpensTheFileChooser()
         title = chooser->windowTitle();
         filters = chooser->nameFilters();
         chooser->setDirectory(folder("chooser"));
-        chooser->selectFile(QStringLiteral("\"%1\" \"%2\"").arg(QFileInfo(pictures.at(0)).fileName(),
-                                                                 QFileInfo(pictures.at(1)).fileName()));
+        chooser->selectFile(
+            QStringLiteral("\"%1\" \"%2\"")
+                .arg(QFileInfo(pictures.at(0)).fileName(), QFileInfo(pictures.at(1)).fileName()));
         static_cast<QDialog *>(chooser)->accept(); // QFileDialog::accept is protected
     });
     QTest::mouseClick(withText<QPushButton>(*m_window, QStringLiteral("Add Images")), Qt::LeftButton);
     QCOMPARE(title, QStringLiteral("Select images"));
-    QCOMPARE(filters, (QStringList{"Images (*.jpg *.jpeg *.png *.bmp *.tif *.tiff *.webp *.heic *.heif)", "All files (*)"}));
+    QCOMPARE(filters, (QStringList{"Images (*.jpg *.jpeg *.png *.bmp *.tif *.tiff *.webp *.heic *.heif)",
+                                   "All files (*)"}));
     QCOMPARE(fileNames(sourcePaths(*m_window)), (QStringList{"pick_0000.png", "pick_0001.png"}));
 
     ModalAnswerer cancel(QMessageBox::Ok); // a cancelled chooser adds nothing

@@ -10,6 +10,7 @@
 #include "LanguageGuard.h"
 #include "ModalAnswerer.h"
 #include "TestFiles.h"
+#include "WindowFixture.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -127,6 +128,7 @@ private Q_SLOTS:
 private:
     QStringList addPictures(int count);
     QTemporaryDir m_dir;
+    std::unique_ptr<WindowFixture> m_fixture;
     std::unique_ptr<MainWindow> m_window;
     int m_batch = 0;
 };
@@ -134,13 +136,17 @@ private:
 void TestMainWindowTable::initTestCase()
 {
     QVERIFY(m_dir.isValid());
-    qputenv("TMPDIR", QFile::encodeName(m_dir.filePath(QStringLiteral("tmp"))));
+    m_fixture = std::make_unique<WindowFixture>();
     UiLanguage::set(UiLanguage::English);
 }
 
 void TestMainWindowTable::init() { m_window = std::make_unique<MainWindow>(); }
 
-void TestMainWindowTable::cleanup() { m_window.reset(); }
+void TestMainWindowTable::cleanup()
+{
+    m_window.reset();
+    WindowFixture::removeSettings();
+}
 
 QStringList TestMainWindowTable::addPictures(int count)
 {
