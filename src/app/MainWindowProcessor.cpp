@@ -47,10 +47,15 @@ void MainWindow::applyVariant(const QString &id)
     const std::unique_ptr<QSettings> settings = appSettings();
     const QString executable = QDir::toNativeSeparators(m_processorConfig.resolvedExecutable(id));
     const QString workDir = QDir::toNativeSeparators(m_processorConfig.resolvedWorkDir(id));
+    // A path chosen by hand wins over the configuration; an empty one counts as none.
+    const auto saved = [&settings](const QString &key, const QString &fallback) {
+        const QString value = settings->value(key).toString();
+        return value.isEmpty() ? fallback : value;
+    };
     if (m_exeEdit)
-        m_exeEdit->setText(settings->value(exeKey(id), executable).toString());
+        m_exeEdit->setText(saved(exeKey(id), executable));
     if (m_workDirEdit)
-        m_workDirEdit->setText(settings->value(workDirKey(id), workDir).toString());
+        m_workDirEdit->setText(saved(workDirKey(id), workDir));
     const QString lut =
         detectDefaultLut(m_processorConfig.resolvedDefaultLut(id), m_processorConfig.resolvedWorkDir(id));
     if (!lut.isEmpty() && m_lutEdit)

@@ -15,6 +15,14 @@ ModalAnswerer::ModalAnswerer(QMessageBox::StandardButton answer,
     m_timer.start();
 }
 
+QStringList ModalAnswerer::titles() const
+{
+    QStringList titles;
+    for (const Seen &seen : m_seen)
+        titles << seen.title;
+    return titles;
+}
+
 QString ModalAnswerer::plainText(const QString &richText)
 {
     QTextDocument document;
@@ -28,7 +36,10 @@ void ModalAnswerer::poll()
     if (!modal || !modal->isVisible())
         return;
     if (auto *box = qobject_cast<QMessageBox *>(modal)) {
-        m_seen.append({box->windowTitle(), box->text(), box->icon()});
+        QStringList buttons;
+        for (QAbstractButton *button : box->buttons())
+            buttons << button->text();
+        m_seen.append({box->windowTitle(), box->text(), box->icon(), buttons});
         if (QAbstractButton *button = box->button(m_answer))
             button->click();
         else

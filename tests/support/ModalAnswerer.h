@@ -19,6 +19,7 @@ public:
         QString title;
         QString text;
         QMessageBox::Icon icon = QMessageBox::NoIcon;
+        QStringList buttons; // the texts of the box's buttons
     };
 
     explicit ModalAnswerer(QMessageBox::StandardButton answer = QMessageBox::Ok,
@@ -32,6 +33,8 @@ public:
     {
         return m_seen.isEmpty() ? QMessageBox::NoIcon : m_seen.constLast().icon;
     }
+
+    QStringList titles() const;
 
     // The plain text of a rich-text message box body, for assertions on its words.
     static QString plainText(const QString &richText);

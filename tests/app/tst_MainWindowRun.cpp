@@ -1,0 +1,667 @@
+// Whole runs of the real window: the built stand-in processor in a real QProcess, its faults
+// switched on through the environment, the package checked file by file.
+#include "app/MainWindow.h"
+#include "images/ImageTableWidget.h"
+#include "preprocess/PreprocWidget.h"
+#include "ui/UiLanguage.h"
+
+#include "DialogSpy.h"
+#include "LanguageGuard.h"
+#include "ModalAnswerer.h"
+#include "TestFiles.h"
+#include "WindowFixture.h"
+
+#include <QComboBox>
+#include <QDir>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QRegularExpression>
+#include <QSignalSpy>
+#include <QTest>
+#include <QTextBlock>
+
+namespace {
+
+template <typename Widget> Widget *withText(QWidget &root, const QString &text)
+{
+    for (Widget *widget : root.findChildren<Widget *>()) {
+        if (widget->text() == text)
+            return widget;
+    }
+    return nullptr;
+}
+
+QLineEdit *saveLocation(MainWindow &window)
+{
+    for (QLineEdit *edit : window.findChildren<QLineEdit *>()) {
+        if (edit->placeholderText().startsWith(QStringLiteral("Required")))
+            return edit;
+    }
+    return nullptr;
+}
+
+QStringList logLines(MainWindow &window)
+{
+    QStringList lines;
+    QTextDocument *document = window.findChild<QPlainTextEdit *>()->document();
+    for (QTextBlock block = document->begin(); block.isValid(); block = block.next())
+        lines << block.text();
+    return lines;
+}
+
+QString statusText(MainWindow &window, int row)
+{
+    return window.imageTable()->item(row, MainWindow::StatusColumn)->text();
+}
+
+// A picture with a red marker in its top-left quarter.
+QImage marked(int width, int height)
+{
+    QImage image = TestFiles::solidImage(width, height, Qt::blue);
+    for (int y = 0; y < height / 4; ++y)
+        for (int x = 0; x < width / 4; ++x)
+            image.setPixelColor(x, y, Qt::red);
+    return image;
+}
+
+const QStringList kFaults = {"TARN_SIM_EXIT", "TARN_SIM_CRASH", "TARN_SIM_SLEEP_MS", "TARN_SIM_HANG",
+                             "TARN_SIM_BAD_UTF8"};
+
+} // namespace
+
+class TestMainWindowRun : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void init();
+    void cleanup();
+
+    void portraitRunWritesThePackage();
+    void landscapeRunHandsOverPortraitPictures();
+    void largePanelKeyFromAFolderWithChineseCharacters();
+    void exitCodeMarksEveryRowAndWritesNoPackage();
+    void crashIsLoggedWithItsCode();
+    void startFailureGoesOnWithTheNextRow();
+    void missingWorkingDirectoryFailsEveryRow();
+    void invalidUtf8OnStderrIsStillShown();
+    void stopDuringASlowRow();
+    void closeGuardNoKeepsTheRunYesStopsIt();
+    void rerunWhenEverythingIsDone();
+    void onlyPendingRowsRunAndProgressCountsTableRows();
+    void validationOrder();
+    void thousandRowsStartThousandAndOneDoNot();
+    void outputPathsOfRows();
+    void commandLine();
+    void keyFlagFromTheVariant();
+    void rowsWithoutRowWidgetSendTheirSource();
+
+private:
+    QStringList addPictures(const QList<QImage> &images);
+    void setKeyFile(const QString &path);
+    void runToTheEnd(int timeoutMs = 60000);
+    QString packageDir() const { return QDir(m_fixture->path("out")).filePath("vl_play"); }
+
+    std::unique_ptr<WindowFixture> m_fixture;
+    std::unique_ptr<MainWindow> m_window;
+    int m_batch = 0;
+};
+
+void TestMainWindowRun::initTestCase()
+{
+    UiLanguage::set(UiLanguage::English);
+    // One temporary location for the whole process: the program fixes it at its start.
+    m_fixture = std::make_unique<WindowFixture>();
+}
+
+void TestMainWindowRun::init()
+{
+    m_fixture->useProcessor(WindowFixture::demoProcessor(), WindowFixture::demoProcessorDir());
+    QDir(m_fixture->path("out")).removeRecursively();
+    QDir(MainWindow::tempPreprocDir()).removeRecursively();
+    m_window = std::make_unique<MainWindow>();
+    m_window->show();
+    QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));
+    saveLocation(*m_window)->setText(m_fixture->path("out"));
+}
+
+void TestMainWindowRun::cleanup()
+{
+    for (const QString &name : kFaults)
+        qunsetenv(name.toLatin1().constData());
+    m_window.reset();
+    WindowFixture::removeSettings();
+}
+
+QStringList TestMainWindowRun::addPictures(const QList<QImage> &images)
+{
+    QStringList paths;
+    const QString folder = m_fixture->path(QStringLiteral("pictures%1").arg(m_batch++));
+    QDir().mkpath(folder);
+    for (int i = 0; i < images.size(); ++i) {
+        paths << QDir(folder).filePath(QStringLiteral("photo_%1.png").arg(i));
+        images.at(i).save(paths.last());
+    }
+    m_window->addImageFiles(paths);
+    return paths;
+}
+
+void TestMainWindowRun::setKeyFile(const QString &path) { QVERIFY(m_window->applyPubkeyFile(path)); }
+
+void TestMainWindowRun::runToTheEnd(int timeoutMs)
+{
+    QTest::mouseClick(withText<QPushButton>(*m_window, QStringLiteral("▶  Start Processing")),
+                      Qt::LeftButton);
+    QTRY_VERIFY_WITH_TIMEOUT(!m_window->isProcessing(), timeoutMs);
+}
+
+void TestMainWindowRun::portraitRunWritesThePackage()
+{
+    const QString key = m_fixture->path("keys/device.json");
+    QVERIFY(TestFiles::write(
+        key, R"({"panel": "13.3", "stamac": "A4:CF:12:00:00:01", "device_id": "DEV-0001", "uid": "u-42"})"));
+    setKeyFile(key);
+    addPictures({marked(800, 600), marked(600, 800), TestFiles::solidImage(1200, 1600, Qt::green)});
+    m_window->preprocWidgetAt(1)->setFillMode(FillMode::WhiteFill, true);
+    m_window->preprocWidgetAt(2)->setFillMode(FillMode::CenterCrop, true);
+
+    ModalAnswerer completion(QMessageBox::Cancel); // closed without "open the folder"
+    runToTheEnd();
+    for (int row = 0; row < 3; ++row)
+        QCOMPARE(statusText(*m_window, row), QStringLiteral("Done ✓"));
+
+    QCOMPARE(completion.seen().size(), 1);
+    QCOMPARE(completion.title(), QStringLiteral("Ready for Your TF Card"));
+    QCOMPARE(completion.text(), Str::processingCompleteHtml());
+    QCOMPARE(completion.seen().first().buttons, QStringList{"OK and open the vl_play"});
+
+    const QDir package(packageDir());
+    QCOMPARE(package.entryList(QDir::Files, QDir::Name),
+             (QStringList{"frame_000.bin", "frame_001.bin", "frame_002.bin", "playlist.json"}));
+    for (int i = 0; i < 3; ++i) {
+        const QByteArray frame =
+            TestFiles::read(package.filePath(QStringLiteral("frame_%1.bin").arg(i, 3, 10, QLatin1Char('0'))));
+        QVERIFY(frame.startsWith("TSIM 1 1200 1600 133\n"));
+        QCOMPARE(frame.size(), QByteArray("TSIM 1 1200 1600 133\n").size() + 600 * 1600);
+        QCOMPARE(frame, TestFiles::read(m_window->resolveOutputPathsForRow(i)));
+    }
+    const QByteArray expected = R"({
+    "boot_policy": "exclusive",
+    "encrypt": {
+        "account_uid": "u-42",
+        "device_ids": [
+            "DEV-0001"
+        ],
+        "enabled": true,
+        "recipient_count": 1,
+        "require_provisioned": true,
+        "scheme": "ecies-p256-gcm-v1"
+    },
+    "frames": [
+        {
+            "file": "frame_000.bin"
+        },
+        {
+            "file": "frame_001.bin"
+        },
+        {
+            "file": "frame_002.bin"
+        }
+    ],
+    "play": {
+        "loop": true,
+        "mode": "sequence"
+    },
+    "schedule": {
+        "interval_min": 30,
+        "type": "interval"
+    },
+    "screen": {
+        "height": 1600,
+        "panel": "13.3",
+        "width": 1200
+    },
+    "version": 3
+}
+)";
+    QCOMPARE(TestFiles::read(package.filePath("playlist.json")), expected);
+
+    const QStringList log = logLines(*m_window);
+    QCOMPARE(log.at(0), QStringLiteral("▶ Starting processing, 3 image(s)"));
+    QCOMPARE(
+        log.at(1),
+        QStringLiteral("  Playlist save location: %1").arg(QDir::toNativeSeparators(m_fixture->path("out"))));
+    QCOMPARE(log.at(2), QString(42, QChar(0x2500)));
+    QVERIFY(QRegularExpression(QStringLiteral("^\\[\\d\\d:\\d\\d:\\d\\d\\] \\(1/3\\) photo_0\\.png$"))
+                .match(log.at(3))
+                .hasMatch());
+    QVERIFY(log.at(4).startsWith(QStringLiteral("  $ TARN-lite ")));
+    QVERIFY(log.at(4).contains(QStringLiteral("photo_0_preproc.jpg ") +
+                               m_window->resolveOutputPathsForRow(0) + " 133 --pubkey "));
+    QCOMPARE(log.at(5), QStringLiteral("  Working directory: %1")
+                            .arg(QDir::toNativeSeparators(WindowFixture::demoProcessorDir())));
+    QVERIFY(log.contains(QStringLiteral("  | tarn-sim: quantising 1200x1600 for panel 133")));
+    QCOMPARE(log.count(QStringLiteral("  ✅ Done")), 3);
+    QVERIFY(log.contains(QStringLiteral("✅ All done! Success 3 / 3")));
+    QCOMPARE(log.last(), QStringLiteral("✅ Playlist created: %1 (3 frames, interval=30 min)")
+                             .arg(QDir::toNativeSeparators(packageDir())));
+
+    QProgressBar *progress = m_window->findChild<QProgressBar *>();
+    QVERIFY(progress->isVisible());
+    QCOMPARE(progress->value(), 3);
+    QCOMPARE(progress->format(), QStringLiteral("Done 3 / 3"));
+    // The rendered JPEGs are gone again; the user's pictures are untouched.
+    QVERIFY(QDir(MainWindow::tempPreprocDir()).entryList(QDir::Files).isEmpty());
+    for (int row = 0; row < 3; ++row)
+        QCOMPARE(m_window->imageTable()
+                     ->item(row, MainWindow::FileColumn)
+                     ->data(MainWindow::kTempPreprocRole)
+                     .toString(),
+                 QString());
+    QVERIFY(withText<QPushButton>(*m_window, QStringLiteral("▶  Start Processing"))->isEnabled());
+    QVERIFY(!withText<QPushButton>(*m_window, QStringLiteral("■  Stop"))->isEnabled());
+}
+
+void TestMainWindowRun::landscapeRunHandsOverPortraitPictures()
+{
+    const QList<QComboBox *> orientation = m_window->findChildren<QComboBox *>();
+    for (QComboBox *combo : orientation) {
+        if (combo->count() == 2 && combo->itemData(1).toString() == QLatin1String("90"))
+            combo->setCurrentIndex(1);
+    }
+    QVERIFY(m_window->isLandscapeOrientation());
+    addPictures({marked(1600, 1200), marked(900, 1600)});
+    ModalAnswerer completion(QMessageBox::Cancel);
+    runToTheEnd();
+    // tarn-sim refuses any picture that is not the panel's native portrait size.
+    QCOMPARE(statusText(*m_window, 0), QStringLiteral("Done ✓"));
+    QCOMPARE(statusText(*m_window, 1), QStringLiteral("Done ✓"));
+    const QByteArray frame = TestFiles::read(QDir(packageDir()).filePath("frame_000.bin"));
+    QVERIFY(frame.startsWith("TSIM 1 1200 1600 133\n"));
+    // Unencrypted without a key file.
+    QVERIFY(TestFiles::read(QDir(packageDir()).filePath("playlist.json")).contains("\"enabled\": false"));
+}
+
+void TestMainWindowRun::largePanelKeyFromAFolderWithChineseCharacters()
+{
+    const QString key = m_fixture->path(QStringLiteral("钥匙/设备密钥.json"));
+    QVERIFY(TestFiles::write(key, R"({"panel": "25.3", "device_id": "ABCDEFGHIJKL", "uid": "u-7"})"));
+    setKeyFile(key);
+    QCOMPARE(m_window->panelResolution(), QSize(1800, 3200));
+    addPictures({marked(1000, 700), marked(700, 1000)});
+    ModalAnswerer completion(QMessageBox::Cancel);
+    runToTheEnd();
+    QCOMPARE(statusText(*m_window, 0), QStringLiteral("Done ✓"));
+    QCOMPARE(statusText(*m_window, 1), QStringLiteral("Done ✓"));
+    const QString staged = m_fixture->path("tmp/tarngui_pubkey/device_key.json");
+    QVERIFY(QFileInfo::exists(staged));
+    const QStringList log = logLines(*m_window);
+    QCOMPARE(log.filter(QStringLiteral("  $ TARN-lite")).filter(QStringLiteral("--pubkey ") + staged).size(),
+             2);
+    QVERIFY(
+        TestFiles::read(QDir(packageDir()).filePath("frame_001.bin")).startsWith("TSIM 1 1800 3200 253\n"));
+    const QByteArray playlist = TestFiles::read(QDir(packageDir()).filePath("playlist.json"));
+    QVERIFY(playlist.contains("\"panel\": \"25.3\""));
+    QVERIFY(playlist.contains("\"width\": 1800"));
+    QVERIFY(QFileInfo::exists(key)); // the user's key file stays where it was
+}
+
+void TestMainWindowRun::exitCodeMarksEveryRowAndWritesNoPackage()
+{
+    addPictures({marked(400, 300), marked(300, 400)});
+    qputenv("TARN_SIM_EXIT", "3");
+    DialogSpy dialogs;
+    runToTheEnd();
+    QCOMPARE(statusText(*m_window, 0), QStringLiteral("Failed (3)"));
+    QCOMPARE(statusText(*m_window, 1), QStringLiteral("Failed (3)"));
+    const QStringList log = logLines(*m_window);
+    QCOMPARE(log.count(QStringLiteral("  ❌ Failed, exit code: 3")), 2);
+    QVERIFY(log.contains(QStringLiteral("✅ All done! Success 0 / 2")));
+    QVERIFY(!QFileInfo::exists(packageDir()));
+    QVERIFY(!dialogs.shownTitles().contains(QStringLiteral("Ready for Your TF Card")));
+    {
+        LanguageGuard zh(UiLanguage::Chinese);
+        m_window->retranslateUi();
+        QCOMPARE(statusText(*m_window, 0), QStringLiteral("失败(3)"));
+    }
+    m_window->retranslateUi();
+    QCOMPARE(statusText(*m_window, 1), QStringLiteral("Failed (3)"));
+}
+
+void TestMainWindowRun::crashIsLoggedWithItsCode()
+{
+    addPictures({marked(400, 300)});
+    qputenv("TARN_SIM_CRASH", "1");
+    runToTheEnd();
+    QCOMPARE(statusText(*m_window, 0), QStringLiteral("Crashed"));
+    const QStringList log = logLines(*m_window);
+    QVERIFY(log.contains(QStringLiteral("  | tarn-sim: crashing on purpose (TARN_SIM_CRASH)")));
+    QVERIFY(log.contains(QStringLiteral("  ❌ Process crashed (exitCode=0x00000006)"))); // SIGABRT
+    QVERIFY(log.contains(QStringLiteral(
+        "  ⚠ Ensure the processor executable and its dependencies in the processor folder are intact")));
+}
+
+void TestMainWindowRun::startFailureGoesOnWithTheNextRow()
+{
+    const QString notAProgram = m_fixture->path("processor/TARN-lite");
+    QVERIFY(TestFiles::write(notAProgram, "not a program"));
+    m_window.reset();
+    WindowFixture::removeSettings(); // paths saved by the last window would win over the configuration
+    m_fixture->useProcessor(notAProgram, m_fixture->path("processor"));
+    {
+        ModalAnswerer startupCheck(QMessageBox::Ok); // the start-up check fails too
+        m_window = std::make_unique<MainWindow>();
+        m_window->show();
+        QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));
+        QCOMPARE(startupCheck.title(), QStringLiteral("Processor Check Failed"));
+    }
+    saveLocation(*m_window)->setText(m_fixture->path("out"));
+    addPictures({marked(40, 30), marked(30, 40)});
+    runToTheEnd();
+    QCOMPARE(statusText(*m_window, 0), QStringLiteral("Start failed"));
+    QCOMPARE(statusText(*m_window, 1), QStringLiteral("Start failed"));
+    QCOMPARE(logLines(*m_window).filter(QStringLiteral("  ❌ Failed to start process: ")).size(), 2);
+    QVERIFY(logLines(*m_window).contains(QStringLiteral("✅ All done! Success 0 / 2")));
+}
+
+void TestMainWindowRun::missingWorkingDirectoryFailsEveryRow()
+{
+    const QString gone = m_fixture->path("no_such_folder");
+    m_window.reset();
+    WindowFixture::removeSettings(); // paths saved by the last window would win over the configuration
+    m_fixture->useProcessor(WindowFixture::demoProcessor(), gone);
+    {
+        ModalAnswerer startupCheck(QMessageBox::Ok);
+        m_window = std::make_unique<MainWindow>();
+        m_window->show();
+        QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));
+        QCOMPARE(
+            startupCheck.text(),
+            QStringLiteral("Processor working directory missing:\n%1").arg(QDir::toNativeSeparators(gone)));
+    }
+    saveLocation(*m_window)->setText(m_fixture->path("out"));
+    addPictures({marked(40, 30), marked(30, 40), marked(50, 50)});
+    runToTheEnd();
+    const QStringList log = logLines(*m_window);
+    for (int row = 0; row < 3; ++row)
+        QCOMPARE(statusText(*m_window, row), QStringLiteral("Failed"));
+    QCOMPARE(
+        log.count(QStringLiteral("  ❌ Working directory missing: %1").arg(QDir::toNativeSeparators(gone))),
+        3);
+    QVERIFY(log.contains(QStringLiteral("✅ All done! Success 0 / 3")));
+}
+
+void TestMainWindowRun::invalidUtf8OnStderrIsStillShown()
+{
+    addPictures({marked(400, 300)});
+    qputenv("TARN_SIM_BAD_UTF8", "1");
+    ModalAnswerer completion(QMessageBox::Cancel);
+    runToTheEnd();
+    QCOMPARE(statusText(*m_window, 0), QStringLiteral("Done ✓"));
+    // Read in the local code page (which is UTF-8 on this system, so the byte shows as U+FFFD).
+    QVERIFY(
+        logLines(*m_window).contains(QStringLiteral("  ! ") + QString::fromLocal8Bit("tarn-sim: caf\xe9")));
+}
+
+void TestMainWindowRun::stopDuringASlowRow()
+{
+    addPictures({marked(400, 300), marked(300, 400)});
+    qputenv("TARN_SIM_SLEEP_MS", "20000");
+    QTest::mouseClick(withText<QPushButton>(*m_window, QStringLiteral("▶  Start Processing")),
+                      Qt::LeftButton);
+    QVERIFY(m_window->isProcessing());
+    QCOMPARE(statusText(*m_window, 0), QStringLiteral("Processing..."));
+    QTRY_VERIFY(
+        logLines(*m_window).contains(QStringLiteral("  | tarn-sim: quantising 1200x1600 for panel 133")));
+    QVERIFY(!withText<QPushButton>(*m_window, QStringLiteral("Add Images"))->isEnabled());
+    QTest::mouseClick(withText<QPushButton>(*m_window, QStringLiteral("■  Stop")), Qt::LeftButton);
+    QVERIFY(!m_window->isProcessing());
+    QCOMPARE(statusText(*m_window, 0), QStringLiteral("Cancelled"));
+    // Then the killed process's real end has the last word.
+    QTRY_COMPARE(statusText(*m_window, 0), QStringLiteral("Crashed"));
+    const QStringList log = logLines(*m_window);
+    const int stopped = int(log.indexOf(QStringLiteral("■ Processing stopped")));
+    QVERIFY(stopped > 0);
+    QVERIFY(log.indexOf(QStringLiteral("  ❌ Process crashed (exitCode=0x00000009)")) > stopped); // SIGKILL
+    QCOMPARE(statusText(*m_window, 1), QStringLiteral("Pending")); // the run did not go on
+    QCOMPARE(m_window->findChild<QProgressBar *>()->value(), 1);
+    QVERIFY(withText<QPushButton>(*m_window, QStringLiteral("▶  Start Processing"))->isEnabled());
+    QVERIFY(withText<QPushButton>(*m_window, QStringLiteral("Add Images"))->isEnabled());
+    QVERIFY(QDir(MainWindow::tempPreprocDir()).entryList(QDir::Files).isEmpty());
+}
+
+void TestMainWindowRun::closeGuardNoKeepsTheRunYesStopsIt()
+{
+    addPictures({marked(400, 300)});
+    qputenv("TARN_SIM_SLEEP_MS", "20000");
+    QTest::mouseClick(withText<QPushButton>(*m_window, QStringLiteral("▶  Start Processing")),
+                      Qt::LeftButton);
+    QVERIFY(m_window->isProcessing());
+    {
+        ModalAnswerer no(QMessageBox::No);
+        QVERIFY(!m_window->close());
+        QCOMPARE(no.title(), QStringLiteral("Confirm"));
+        QCOMPARE(no.text(), QStringLiteral("Images are being processed. Exit anyway?"));
+    }
+    QVERIFY(m_window->isVisible());
+    QVERIFY(m_window->isProcessing());
+    {
+        ModalAnswerer yes(QMessageBox::Yes);
+        QVERIFY(m_window->close());
+        QVERIFY(yes.answered());
+    }
+    QVERIFY(!m_window->isVisible());
+    QVERIFY(!m_window->isProcessing());
+    QVERIFY(logLines(*m_window).contains(QStringLiteral("■ Processing stopped")));
+    // Without a run the window closes without asking.
+    m_window->show();
+    QTRY_COMPARE(statusText(*m_window, 0), QStringLiteral("Crashed"));
+    DialogSpy dialogs;
+    QVERIFY(m_window->close());
+    QVERIFY(dialogs.shownTitles().isEmpty());
+}
+
+void TestMainWindowRun::rerunWhenEverythingIsDone()
+{
+    addPictures({marked(400, 300)});
+    {
+        ModalAnswerer completion(QMessageBox::Cancel);
+        runToTheEnd();
+    }
+    QCOMPARE(statusText(*m_window, 0), QStringLiteral("Done ✓"));
+    {
+        ModalAnswerer no(QMessageBox::No);
+        QTest::mouseClick(withText<QPushButton>(*m_window, QStringLiteral("▶  Start Processing")),
+                          Qt::LeftButton);
+        QCOMPARE(no.title(), QStringLiteral("Confirm"));
+        QCOMPARE(no.text(), QStringLiteral("All images are done. Reset status and process again?"));
+        QVERIFY(!m_window->isProcessing());
+    }
+    ModalAnswerer yes(QMessageBox::Yes);
+    runToTheEnd();
+    QCOMPARE(yes.titles(), (QStringList{"Confirm", "Ready for Your TF Card"}));
+    QCOMPARE(statusText(*m_window, 0), QStringLiteral("Done ✓"));
+}
+
+void TestMainWindowRun::onlyPendingRowsRunAndProgressCountsTableRows()
+{
+    addPictures({marked(40, 30), marked(30, 40), marked(50, 50)});
+    m_window->setRowStatus(1, Str::RowStatus::Done);
+    // A leftover in the staging folder is cleared at the start.
+    QVERIFY(TestFiles::write(QDir(m_window->liteBinStagingDir()).filePath("row_0001.bin"), "stale"));
+    QSignalSpy progress(m_window->findChild<QProgressBar *>(), &QProgressBar::valueChanged);
+    ModalAnswerer completion(QMessageBox::Cancel);
+    runToTheEnd();
+    QList<int> values;
+    for (const QList<QVariant> &call : progress)
+        values << call.at(0).toInt();
+    QCOMPARE(values, (QList<int>{0, 1, 3}));
+    QCOMPARE(logLines(*m_window).filter(QStringLiteral("  $ TARN-lite")).size(), 2);
+    // Row 1 has no output any more: the package skips it and keeps its frame names contiguous.
+    QVERIFY(logLines(*m_window).contains(
+        QStringLiteral("⚠ 1 file(s) missing BIN; will skip:\nphoto_1.png").split('\n').first()));
+    QCOMPARE(QDir(packageDir()).entryList(QDir::Files, QDir::Name),
+             (QStringList{"frame_000.bin", "frame_001.bin", "playlist.json"}));
+    QCOMPARE(m_window->findChild<QProgressBar *>()->format(), QStringLiteral("Done 2 / 3"));
+}
+
+void TestMainWindowRun::validationOrder()
+{
+    {
+        // Nothing at all: the executable comes first.
+        m_window.reset();
+        m_fixture->removeConfiguration();
+        m_window = std::make_unique<MainWindow>();
+        ModalAnswerer answerer(QMessageBox::Ok);
+        m_window->onStartProcess();
+        QCOMPARE(answerer.title(), QStringLiteral("Settings Error"));
+        QCOMPARE(
+            answerer.text(),
+            QStringLiteral("Processor executable not found (Velora Offline Tool). Check tarngui_lite.json."));
+        QCOMPARE(answerer.icon(), QMessageBox::Warning);
+        m_fixture->useProcessor(WindowFixture::demoProcessor(), WindowFixture::demoProcessorDir());
+        m_window = std::make_unique<MainWindow>();
+    }
+    {
+        ModalAnswerer answerer(QMessageBox::Ok);
+        m_window->onStartProcess();
+        QCOMPARE(answerer.title(), QStringLiteral("Notice"));
+        QCOMPARE(answerer.text(), QStringLiteral("Add images to process first."));
+        QCOMPARE(answerer.icon(), QMessageBox::Information);
+    }
+    addPictures({marked(40, 30)});
+    {
+        saveLocation(*m_window)->setText(QStringLiteral("   "));
+        ModalAnswerer answerer(QMessageBox::Ok);
+        m_window->onStartProcess();
+        QCOMPARE(answerer.text(), QStringLiteral("Set the playlist save location."));
+        QVERIFY(!m_window->isProcessing());
+    }
+    // Blanks around an existing executable are fine; an empty key field does not stop a run.
+    for (QLineEdit *edit : m_window->findChildren<QLineEdit *>()) {
+        if (edit->text() == QDir::toNativeSeparators(WindowFixture::demoProcessor()))
+            edit->setText(QStringLiteral("  ") + edit->text() + QStringLiteral("  "));
+    }
+    saveLocation(*m_window)->setText(m_fixture->path("out"));
+    QVERIFY(m_window->currentKeyFilePath().isEmpty());
+    ModalAnswerer completion(QMessageBox::Cancel);
+    m_window->onStartProcess();
+    QVERIFY(m_window->isProcessing());
+    QTRY_VERIFY_WITH_TIMEOUT(!m_window->isProcessing(), 30000);
+    QCOMPARE(statusText(*m_window, 0), QStringLiteral("Done ✓"));
+}
+
+void TestMainWindowRun::thousandRowsStartThousandAndOneDoNot()
+{
+    // Rows without pictures are enough here: the check counts rows, whatever they hold.
+    ImageTableWidget *table = m_window->imageTable();
+    table->setRowCount(1001);
+    {
+        ModalAnswerer answerer(QMessageBox::Ok);
+        m_window->onStartProcess();
+        QCOMPARE(answerer.title(), QStringLiteral("Settings Error"));
+        QCOMPARE(answerer.text(), QStringLiteral("A playlist supports at most 1000 frame(s)."));
+        QVERIFY(!m_window->isProcessing());
+    }
+    table->setRowCount(1000);
+    for (QLineEdit *edit : m_window->findChildren<QLineEdit *>()) {
+        if (edit->text() == QDir::toNativeSeparators(WindowFixture::demoProcessorDir()))
+            edit->setText(m_fixture->path("missing_work_dir")); // every row then fails at once
+    }
+    ModalAnswerer none(QMessageBox::Ok);
+    m_window->onStartProcess();
+    QVERIFY(!m_window->isProcessing());
+    QVERIFY(!none.answered());
+    QVERIFY(logLines(*m_window).contains(QStringLiteral("✅ All done! Success 0 / 1000")));
+}
+
+void TestMainWindowRun::outputPathsOfRows()
+{
+    const QString staging = m_fixture->path("tmp/tarngui_lite_bins");
+    QCOMPARE(m_window->liteBinStagingDir(), staging);
+    QCOMPARE(m_window->resolveOutputPathsForRow(0), staging + "/row_0000.bin");
+    QCOMPARE(m_window->resolveOutputPathsForRow(12), staging + "/row_0012.bin");
+    QCOMPARE(m_window->resolveOutputPathsForRow(12345), staging + "/row_12345.bin");
+    QCOMPARE(MainWindow::kTempPreprocDir, QStringLiteral("/tarngui_preproc"));
+}
+
+void TestMainWindowRun::commandLine()
+{
+    const QStringList pictures = addPictures({marked(400, 300), marked(300, 400)});
+    QStringList args = m_window->buildArgs(0);
+    QCOMPARE(args.size(), 3); // no key file: no key flag
+    QCOMPARE(args.at(0), QDir(MainWindow::tempPreprocDir()).filePath("photo_0_preproc.jpg"));
+    QVERIFY(QFileInfo::exists(args.at(0)));
+    QCOMPARE(m_window->imageTable()
+                 ->item(0, MainWindow::FileColumn)
+                 ->data(MainWindow::kTempPreprocRole)
+                 .toString(),
+             args.at(0));
+    QCOMPARE(args.at(1), m_window->resolveOutputPathsForRow(0));
+    QCOMPARE(args.at(2), QStringLiteral("133"));
+    m_window->cleanupTempFile(0);
+    QVERIFY(!QFileInfo::exists(QDir(MainWindow::tempPreprocDir()).filePath("photo_0_preproc.jpg")));
+
+    // A Chinese folder: the key goes as an ASCII copy, made once and then reused.
+    const QString key = m_fixture->path(QStringLiteral("密钥/key.json"));
+    QVERIFY(TestFiles::write(key, R"({"panel": "13.3"})"));
+    setKeyFile(key);
+    args = m_window->buildArgs(1);
+    const QString staged = m_fixture->path("tmp/tarngui_pubkey/device_key.json");
+    QCOMPARE(args.mid(2), (QStringList{"133", "--pubkey", staged}));
+    QVERIFY(TestFiles::write(staged, "marker: not copied again"));
+    QCOMPARE(m_window->buildArgs(0).mid(3), (QStringList{"--pubkey", staged}));
+    QCOMPARE(TestFiles::read(staged), QByteArray("marker: not copied again"));
+
+    // A plain ASCII path goes as it is.
+    const QString plainKey = m_fixture->path("keys/plain.key");
+    QVERIFY(TestFiles::write(plainKey, "{}"));
+    setKeyFile(plainKey);
+    QCOMPARE(m_window->buildArgs(0).mid(3), (QStringList{"--pubkey", plainKey}));
+    // A render that fails falls back to the original picture, with a warning.
+    QFile::remove(pictures.at(1));
+    args = m_window->buildArgs(1);
+    QCOMPARE(args.at(0), pictures.at(1));
+    QCOMPARE(logLines(*m_window).last(), QStringLiteral("  ⚠ Preprocessing failed; using original"));
+}
+
+void TestMainWindowRun::keyFlagFromTheVariant()
+{
+    m_window.reset();
+    WindowFixture::removeSettings(); // paths saved by the last window would win over the configuration
+    m_fixture->useProcessor(
+        WindowFixture::demoProcessor(), WindowFixture::demoProcessorDir(),
+        R"({"key_file_arg": "--device-key", "extra_args": ["--quality", "high"], "omit_args": ["--pubkey"]})");
+    m_window = std::make_unique<MainWindow>();
+    m_window->show();
+    saveLocation(*m_window)->setText(m_fixture->path("out"));
+    const QString key = m_fixture->path("keys/k.json");
+    QVERIFY(TestFiles::write(key, R"({"panel": "10"})"));
+    setKeyFile(key);
+    addPictures({marked(400, 300)});
+    QCOMPARE(m_window->buildArgs(0).mid(2), (QStringList{"100", "--device-key", key, "--quality", "high"}));
+    ModalAnswerer completion(QMessageBox::Cancel);
+    runToTheEnd();
+    QCOMPARE(statusText(*m_window, 0), QStringLiteral("Done ✓"));
+    QVERIFY(logLines(*m_window).contains(QStringLiteral("  | tarn-sim: ignoring argument --quality")));
+}
+
+void TestMainWindowRun::rowsWithoutRowWidgetSendTheirSource()
+{
+    const QStringList pictures = addPictures({marked(400, 300)});
+    m_window->imageTable()->removeCellWidget(0, MainWindow::FileColumn);
+    const QStringList args = m_window->buildArgs(0);
+    QCOMPARE(args.at(0), pictures.at(0));
+    QVERIFY(QDir(MainWindow::tempPreprocDir()).entryList(QDir::Files).isEmpty());
+    QCOMPARE(m_window->imageTable()
+                 ->item(0, MainWindow::FileColumn)
+                 ->data(MainWindow::kTempPreprocRole)
+                 .toString(),
+             QString());
+}
+
+QTEST_MAIN(TestMainWindowRun)
+#include "tst_MainWindowRun.moc"
