@@ -126,7 +126,11 @@ bool MainWindow::buildPlaylistRequest(PlaylistExportRequest *request, QString *m
             const QJsonObject key = document.object();
             const QString panel = key.value(QStringLiteral("panel")).toString();
             if (!panel.isEmpty()) {
-                const PanelSpec fromKey = PlaylistExporter::panelFromGuiType(panel, QString());
+                // The key names the panel by its code ("28.5"); a GUI type there is taken too.
+                PanelSpec fromKey = PlaylistExporter::panelFromGuiType(panel, QString());
+                if (!fromKey.ok)
+                    fromKey = PlaylistExporter::panelFromGuiType(
+                        PlaylistExporter::pubkeyPanelToGuiType(panel), QString());
                 if (fromKey.ok)
                     request->panel = fromKey;
             }

@@ -382,16 +382,13 @@ void TestMainWindowImages::addImagesButtonOpensTheFileChooser()
     QString title;
     QStringList filters;
     ModalAnswerer answerer(QMessageBox::Ok, [&](QWidget *dialog) {
-        auto *chooser = qobject_cast<QFileDialog *>(dialog);
-        if (!chooser)
-            return;
-        title = chooser->windowTitle();
-        filters = chooser->nameFilters();
-        chooser->setDirectory(folder("chooser"));
-        chooser->selectFile(
+        title = dialog->windowTitle();
+        if (auto *chooser = qobject_cast<QFileDialog *>(dialog))
+            filters = chooser->nameFilters();
+        ModalAnswerer::chooseInFileDialog(
+            dialog, folder("chooser"),
             QStringLiteral("\"%1\" \"%2\"")
                 .arg(QFileInfo(pictures.at(0)).fileName(), QFileInfo(pictures.at(1)).fileName()));
-        static_cast<QDialog *>(chooser)->accept(); // QFileDialog::accept is protected
     });
     QTest::mouseClick(withText<QPushButton>(*m_window, QStringLiteral("Add Images")), Qt::LeftButton);
     QCOMPARE(title, QStringLiteral("Select images"));
@@ -409,12 +406,8 @@ void TestMainWindowImages::addFolderButtonOpensTheFolderChooser()
     TestFiles::makePictures(folder("chosen"), 3, "dir");
     QString title;
     ModalAnswerer answerer(QMessageBox::Ok, [&](QWidget *dialog) {
-        auto *chooser = qobject_cast<QFileDialog *>(dialog);
-        if (!chooser)
-            return;
-        title = chooser->windowTitle();
-        chooser->setDirectory(folder("chosen"));
-        static_cast<QDialog *>(chooser)->accept(); // QFileDialog::accept is protected
+        title = dialog->windowTitle();
+        ModalAnswerer::chooseInFileDialog(dialog, folder("chosen"), QString());
     });
     QTest::mouseClick(withText<QPushButton>(*m_window, QStringLiteral("Add Folder")), Qt::LeftButton);
     QCOMPARE(title, QStringLiteral("Select image folder"));

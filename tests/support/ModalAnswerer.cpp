@@ -3,6 +3,8 @@
 #include <QAbstractButton>
 #include <QApplication>
 #include <QDialog>
+#include <QFileDialog>
+#include <QLineEdit>
 #include <QTextDocument>
 
 ModalAnswerer::ModalAnswerer(QMessageBox::StandardButton answer,
@@ -13,6 +15,19 @@ ModalAnswerer::ModalAnswerer(QMessageBox::StandardButton answer,
     m_timer.setInterval(10);
     connect(&m_timer, &QTimer::timeout, this, &ModalAnswerer::poll);
     m_timer.start();
+}
+
+bool ModalAnswerer::chooseInFileDialog(QWidget *dialog, const QString &directory, const QString &names)
+{
+    auto *chooser = qobject_cast<QFileDialog *>(dialog);
+    if (!chooser)
+        return false;
+    chooser->setDirectory(directory);
+    // Typed into the name field, as a user would: selectFile() leaves a focused field alone.
+    if (auto *field = chooser->findChild<QLineEdit *>(QStringLiteral("fileNameEdit")))
+        field->setText(names);
+    static_cast<QDialog *>(chooser)->accept(); // QFileDialog::accept is protected
+    return true;
 }
 
 QStringList ModalAnswerer::titles() const
@@ -33,8 +48,17 @@ QString ModalAnswerer::plainText(const QString &richText)
 void ModalAnswerer::poll()
 {
     QWidget *modal = QApplication::activeModalWidget();
-    if (!modal || !modal->isVisible())
+    if (!modal || !modal->isVisible()) {
+        m_candidate = nullptr;
         return;
+    }
+    // Answer on the second sighting only: the first may come while the dialog is still being
+    // shown, before its exec() loop runs, and closing it then would leave that loop waiting.
+    if (modal != m_candidate) {
+        m_candidate = modal;
+        return;
+    }
+    m_candidate = nullptr;
     if (auto *box = qobject_cast<QMessageBox *>(modal)) {
         QStringList buttons;
         for (QAbstractButton *button : box->buttons())

@@ -3,6 +3,7 @@
 #include <QList>
 #include <QMessageBox>
 #include <QObject>
+#include <QPointer>
 #include <QString>
 #include <QTimer>
 
@@ -36,6 +37,11 @@ public:
 
     QStringList titles() const;
 
+    // Answers a file dialog (as the other-dialog handler): goes to directory, types names
+    // (a name, several quoted names, or nothing for a folder) and accepts. False for any
+    // other dialog.
+    static bool chooseInFileDialog(QWidget *dialog, const QString &directory, const QString &names);
+
     // The plain text of a rich-text message box body, for assertions on its words.
     static QString plainText(const QString &richText);
 
@@ -45,5 +51,6 @@ private:
     QMessageBox::StandardButton m_answer;
     std::function<void(QWidget *)> m_otherDialogHandler;
     QTimer m_timer;
+    QPointer<QWidget> m_candidate;
     QList<Seen> m_seen;
 };
