@@ -1,0 +1,259 @@
+// The settings file beside the executable: what a start reads and what a close writes.
+#include "app/MainWindow.h"
+#include "ui/UiLanguage.h"
+
+#include "ModalAnswerer.h"
+#include "TestFiles.h"
+#include "WindowFixture.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDir>
+#include <QLineEdit>
+#include <QSettings>
+#include <QSpinBox>
+#include <QTest>
+
+namespace {
+
+template <typename Widget> Widget *withText(QWidget &root, const QString &text)
+{
+    for (Widget *widget : root.findChildren<Widget *>()) {
+        if (widget->text() == text)
+            return widget;
+    }
+    return nullptr;
+}
+
+QComboBox *comboStartingWith(QWidget &root, const QString &firstItem)
+{
+    for (QComboBox *combo : root.findChildren<QComboBox *>()) {
+        if (combo->count() > 0 && combo->itemText(0) == firstItem)
+            return combo;
+    }
+    return nullptr;
+}
+
+QLineEdit *saveLocation(QWidget &root)
+{
+    for (QLineEdit *edit : root.findChildren<QLineEdit *>()) {
+        if (edit->placeholderText().startsWith(QStringLiteral("Required")))
+            return edit;
+    }
+    return nullptr;
+}
+
+// The hidden processor fields, in the order the device step creates them.
+QList<QLineEdit *> processorFields(QWidget &root)
+{
+    QList<QLineEdit *> fields;
+    for (QLineEdit *edit : root.findChildren<QLineEdit *>()) {
+        if (edit->placeholderText().isEmpty() && edit->isHidden())
+            fields << edit;
+    }
+    return fields; // key file, executable, working directory, output, LUT, analysis output
+}
+
+std::unique_ptr<QSettings> settingsFile()
+{
+    return std::make_unique<QSettings>(WindowFixture::settingsPath(), QSettings::IniFormat);
+}
+
+} // namespace
+
+class TestMainWindowSettings : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void cleanup();
+    void settingsLiveBesideTheExecutable();
+    void firstStartDefaults();
+    void closingWritesEveryKey();
+    void valuesComeBack();
+    void orientationOtherThan90LoadsAs0();
+    void deletedLutIsReplacedByTheDetectedDefault();
+    void outputDirIsShownAndNeverWritten();
+    void tooShortIntervalIsSavedClamped();
+    void keyFileDecidesThePanel();
+
+private:
+    std::unique_ptr<WindowFixture> m_fixture;
+};
+
+void TestMainWindowSettings::initTestCase()
+{
+    UiLanguage::set(UiLanguage::English);
+    m_fixture = std::make_unique<WindowFixture>();
+}
+
+void TestMainWindowSettings::cleanup() { WindowFixture::removeSettings(); }
+
+void TestMainWindowSettings::settingsLiveBesideTheExecutable()
+{
+    const std::unique_ptr<QSettings> settings = appSettings();
+    QCOMPARE(settings->fileName(), WindowFixture::settingsPath());
+    QCOMPARE(settings->format(), QSettings::IniFormat);
+    QVERIFY(settings->fileName().endsWith(QStringLiteral("/VeloraOfflineTool.ini")));
+}
+
+void TestMainWindowSettings::firstStartDefaults()
+{
+    QVERIFY(!QFileInfo::exists(WindowFixture::settingsPath()));
+    MainWindow window;
+    QCOMPARE(comboStartingWith(window, "133")->currentText(), QStringLiteral("133"));
+    QCOMPARE(comboStartingWith(window, "Portrait (0)")->currentIndex(), 0);
+    QVERIFY(withText<QCheckBox>(window, "Include subfolders")->isChecked());
+    QVERIFY(withText<QCheckBox>(window, "Generate playlist")->isChecked());
+    QVERIFY(withText<QCheckBox>(window, "Loop playback")->isChecked());
+    QCOMPARE(window.playlistIntervalMinutes(), 30);
+    QCOMPARE(saveLocation(window)->text(), QString());
+    QCOMPARE(window.currentKeyFilePath(), QString());
+    const QList<QLineEdit *> fields = processorFields(window);
+    QCOMPARE(fields.at(1)->text(), QDir::toNativeSeparators(WindowFixture::demoProcessor()));
+    QCOMPARE(fields.at(3)->text(), QString()); // output
+    QCOMPARE(fields.at(4)->text(), QString()); // no LUT beside the stand-in
+}
+
+void TestMainWindowSettings::closingWritesEveryKey()
+{
+    {
+        MainWindow window;
+        withText<QCheckBox>(window, "Generate playlist")->setChecked(false);
+        saveLocation(window)->setText(QStringLiteral(" /somewhere/else "));
+        withText<QCheckBox>(window, "Loop playback")->setChecked(false);
+        withText<QCheckBox>(window, "Include subfolders")->setChecked(false);
+        comboStartingWith(window, "Portrait (0)")->setCurrentIndex(1);
+        window.setPlaylistIntervalMinutes(1500);
+        QVERIFY(window.close()); // no run: closes without a question
+    }
+    const auto settings = settingsFile();
+    QCOMPARE(settings->value("processor_variant").toString(), QStringLiteral("lite"));
+    QCOMPARE(settings->value("playlist_enabled").toBool(), true);
+    QCOMPARE(settings->value("playlist_loop").toBool(), false);
+    QCOMPARE(settings->value("recursive_scan").toBool(), false);
+    QCOMPARE(settings->value("orientation").toString(), QStringLiteral("90"));
+    QCOMPARE(settings->value("panel_type").toString(), QStringLiteral("133"));
+    QCOMPARE(settings->value("playlist_interval_min").toInt(), 1500);
+    QCOMPARE(settings->value("playlist_parent_dir").toString(),
+             QStringLiteral(" /somewhere/else ")); // as shown
+    QCOMPARE(settings->value("key_file_path").toString(), QString());
+    QCOMPARE(settings->value("variant/lite/exe").toString(),
+             QDir::toNativeSeparators(WindowFixture::demoProcessor()));
+    QCOMPARE(settings->value("variant/lite/work_dir").toString(),
+             QDir::toNativeSeparators(WindowFixture::demoProcessorDir()));
+    QVERIFY(settings->contains("lut_path"));
+    QVERIFY(!settings->contains("output_dir"));
+    QVERIFY(!settings->contains("ui_language"));
+}
+
+void TestMainWindowSettings::valuesComeBack()
+{
+    {
+        const auto settings = settingsFile();
+        settings->setValue("playlist_loop", false);
+        settings->setValue("recursive_scan", false);
+        settings->setValue("playlist_parent_dir", "/pictures/frame");
+        settings->setValue("playlist_interval_min", 4321);
+        settings->setValue("orientation", "90");
+        settings->setValue("variant/lite/exe", "/opt/processor/TARN-lite");
+    }
+    MainWindow window;
+    QVERIFY(!withText<QCheckBox>(window, "Loop playback")->isChecked());
+    QVERIFY(!withText<QCheckBox>(window, "Include subfolders")->isChecked());
+    QVERIFY(withText<QCheckBox>(window, "Generate playlist")->isChecked());
+    QCOMPARE(saveLocation(window)->text(), QStringLiteral("/pictures/frame"));
+    QCOMPARE(window.playlistIntervalMinutes(), 4321);
+    QVERIFY(window.isLandscapeOrientation());
+    QCOMPARE(processorFields(window).at(1)->text(),
+             QStringLiteral("/opt/processor/TARN-lite")); // chosen by hand: kept
+    QCOMPARE(processorFields(window).at(2)->text(),
+             QDir::toNativeSeparators(WindowFixture::demoProcessorDir()));
+}
+
+void TestMainWindowSettings::orientationOtherThan90LoadsAs0()
+{
+    settingsFile()->setValue("orientation", "180");
+    MainWindow window;
+    QCOMPARE(window.frameOrientationValue(), QStringLiteral("0"));
+    QVERIFY(!window.isLandscapeOrientation());
+}
+
+void TestMainWindowSettings::deletedLutIsReplacedByTheDetectedDefault()
+{
+    // A processor folder with a default LUT in its test/ folder.
+    const QString processor = m_fixture->path("lutproc");
+    QDir().mkpath(processor + "/test");
+    QVERIFY(QFile::copy(WindowFixture::demoProcessor(), processor + "/TARN-lite"));
+    QVERIFY(TestFiles::write(processor + "/test/lut_128_36_16_uni_251208.bin", "lut"));
+    m_fixture->useProcessor(processor + "/TARN-lite", processor);
+    const QString deleted = m_fixture->path("deleted.bin");
+    settingsFile()->setValue("lut_path", deleted);
+    {
+        MainWindow window;
+        QCOMPARE(processorFields(window).at(4)->text(),
+                 QDir::toNativeSeparators(processor + "/test/lut_128_36_16_uni_251208.bin"));
+    }
+    // A LUT that exists is kept.
+    const QString kept = m_fixture->path("kept.bin");
+    QVERIFY(TestFiles::write(kept, "lut"));
+    settingsFile()->setValue("lut_path", kept);
+    {
+        MainWindow window;
+        QCOMPARE(processorFields(window).at(4)->text(), QDir::toNativeSeparators(kept));
+    }
+    m_fixture->useProcessor(WindowFixture::demoProcessor(), WindowFixture::demoProcessorDir());
+}
+
+void TestMainWindowSettings::outputDirIsShownAndNeverWritten()
+{
+    settingsFile()->setValue("output_dir", "/old/output/path");
+    {
+        MainWindow window;
+        QCOMPARE(processorFields(window).at(3)->text(), QDir::toNativeSeparators("/old/output/path"));
+        processorFields(window).at(3)->setText(QStringLiteral("/changed"));
+    }
+    QCOMPARE(settingsFile()->value("output_dir").toString(), QStringLiteral("/old/output/path"));
+}
+
+void TestMainWindowSettings::tooShortIntervalIsSavedClamped()
+{
+    settingsFile()->setValue("playlist_interval_min", 1);
+    {
+        MainWindow window;
+        const QList<QSpinBox *> spins = window.findChildren<QSpinBox *>();
+        QCOMPARE(spins.at(0)->value(), 0);
+        QCOMPARE(spins.at(1)->value(), 0);
+        QCOMPARE(spins.at(2)->value(), 3);
+    }
+    QCOMPARE(settingsFile()->value("playlist_interval_min").toInt(), 3);
+}
+
+void TestMainWindowSettings::keyFileDecidesThePanel()
+{
+    const QString key = m_fixture->path("keys/saved.json");
+    QVERIFY(TestFiles::write(key, R"({"panel": "25.3", "stamac": "MAC"})"));
+    {
+        const auto settings = settingsFile();
+        settings->setValue("key_file_path", key);
+        settings->setValue("panel_type", "100");
+    }
+    {
+        MainWindow window;
+        QCOMPARE(window.currentKeyFilePath(), QDir::toNativeSeparators(key));
+        QCOMPARE(window.panelResolution(), QSize(1800, 3200));
+        QCOMPARE(window.loadKeyFileHistory(), QStringList{QDir::toNativeSeparators(key)});
+        QCOMPARE(comboStartingWith(window, "25.3 · MAC")->count(), 1);
+    }
+    QCOMPARE(settingsFile()->value("panel_type").toString(), QStringLiteral("253"));
+    // A key file that disappeared leaves the panel at 133, whatever was saved.
+    QFile::remove(key);
+    settingsFile()->setValue("panel_type", "285");
+    MainWindow window;
+    QCOMPARE(comboStartingWith(window, "133")->currentText(), QStringLiteral("133"));
+    QCOMPARE(window.loadKeyFileHistory().size(), 1); // kept in the list, though not offered
+}
+
+QTEST_MAIN(TestMainWindowSettings)
+#include "tst_MainWindowSettings.moc"
