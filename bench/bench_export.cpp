@@ -73,7 +73,8 @@ void makePhotos(const QString &folder, int count)
 }
 
 // Median over the rounds of the mean milliseconds per photo.
-double medianMsPerPhoto(int rounds, const QStringList &files, const std::function<void(const QString &)> &work)
+double medianMsPerPhoto(int rounds, const QStringList &files,
+                        const std::function<void(const QString &)> &work)
 {
     std::vector<double> perPhoto;
     for (int round = 0; round < rounds; ++round) {
@@ -121,13 +122,18 @@ int main(int argc, char *argv[])
         std::fprintf(stderr, "no photos in %s\n", qPrintable(folder));
         return 2;
     }
-    std::printf("%lld photo(s) from %s, median of %d round(s)\n", qint64(files.size()), qPrintable(folder), rounds);
+    std::printf("%lld photo(s) from %s, median of %d round(s)\n", qint64(files.size()), qPrintable(folder),
+                rounds);
 
-    const double bare = medianMsPerPhoto(rounds, files, [](const QString &file) { QImageReader(file).read(); });
+    const double bare =
+        medianMsPerPhoto(rounds, files, [](const QString &file) { QImageReader(file).read(); });
     report("bare full decode (QImageReader)", bare);
     for (int maxSide : {72, 280, 0}) {
-        const QByteArray name = "load " + (maxSide ? "maxSide " + QByteArray::number(maxSide) : QByteArray("full"));
-        report(name.constData(), medianMsPerPhoto(rounds, files, [maxSide](const QString &file) { ImageLoader::load(file, maxSide); }));
+        const QByteArray name =
+            "load " + (maxSide ? "maxSide " + QByteArray::number(maxSide) : QByteArray("full"));
+        report(name.constData(), medianMsPerPhoto(rounds, files, [maxSide](const QString &file) {
+                   ImageLoader::load(file, maxSide);
+               }));
     }
 
     // Renders and saves work on the images already in memory.
@@ -139,11 +145,14 @@ int main(int argc, char *argv[])
         return [&, work](const QString &) { work(images[size_t(index++ % images.size())]); };
     };
     for (bool landscape : {false, true}) {
-        for (FillMode mode : {FillMode::BlurFill, FillMode::WhiteFill, FillMode::BlackFill, FillMode::CenterCrop}) {
-            const QByteArray name = "render " + fillModeLabel(mode).toUtf8() + (landscape ? " (landscape)" : " (portrait)");
-            report(name.constData(), medianMsPerPhoto(rounds, files, eachImage([mode, landscape](const QImage &image) {
-                       renderPreprocExport(image, {mode, 0}, kPanel, landscape);
-                   })));
+        for (FillMode mode :
+             {FillMode::BlurFill, FillMode::WhiteFill, FillMode::BlackFill, FillMode::CenterCrop}) {
+            const QByteArray name =
+                "render " + fillModeLabel(mode).toUtf8() + (landscape ? " (landscape)" : " (portrait)");
+            report(name.constData(),
+                   medianMsPerPhoto(rounds, files, eachImage([mode, landscape](const QImage &image) {
+                                        renderPreprocExport(image, {mode, 0}, kPanel, landscape);
+                                    })));
         }
     }
     const QImage exported = renderPreprocExport(images.front(), {FillMode::BlurFill, 0}, kPanel, false);
@@ -156,7 +165,8 @@ int main(int argc, char *argv[])
 
     const QString out = scratch.filePath(QStringLiteral("export.jpg"));
     const double row = medianMsPerPhoto(rounds, files, [&](const QString &file) {
-        renderPreprocExport(ImageLoader::load(file, 0), {FillMode::BlurFill, 0}, kPanel, false).save(out, "JPEG", 92);
+        renderPreprocExport(ImageLoader::load(file, 0), {FillMode::BlurFill, 0}, kPanel, false)
+            .save(out, "JPEG", 92);
     });
     report("per-row export (load + blur fill + save)", row);
     std::printf("  per-row export / bare full decode: %.2f\n", row / bare);

@@ -6,6 +6,7 @@
 #include <QImage>
 #include <QPainter>
 #include <QProcess>
+#include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -171,6 +172,9 @@ void TestTarnSim::writesAFrameForThePanelSize()
     QVERIFY(frame.startsWith(header));
     QCOMPARE(frame.size(), header.size() + qsizetype((size.width() + 1) / 2) * size.height());
     QCOMPARE(frame.at(header.size()), char(0x33)); // two red pixels (index 3)
+    QVERIFY(QRegularExpression(QStringLiteral("tarn-sim: finished in \\d+ ms\n$"))
+                .match(QString::fromUtf8(run.out))
+                .hasMatch());
 }
 
 void TestTarnSim::wrongSizeExits4NamingBothSizes()

@@ -4,6 +4,7 @@
 #include "TarnFrame.h"
 
 #include <QCoreApplication>
+#include <QElapsedTimer>
 #include <QFile>
 #include <QFileInfo>
 #include <QImage>
@@ -18,6 +19,8 @@
 #include <cstdlib>
 
 namespace {
+
+QElapsedTimer g_clock; // from the start of main: what this program itself spends on a frame
 
 enum ExitCode {
     kOk = 0,
@@ -187,6 +190,7 @@ int runProcess(const QStringList &args)
     if (!frame.open(QIODevice::WriteOnly | QIODevice::Truncate) || frame.write(data) != data.size())
         return fail(kCannotWrite, QStringLiteral("cannot write %1").arg(output));
     out(QStringLiteral("tarn-sim: wrote %1 (%2 bytes)").arg(output).arg(data.size()));
+    out(QStringLiteral("tarn-sim: finished in %1 ms").arg(g_clock.elapsed()));
     return kOk;
 }
 
@@ -194,6 +198,7 @@ int runProcess(const QStringList &args)
 
 int main(int argc, char *argv[])
 {
+    g_clock.start();
     QCoreApplication app(argc, argv);
     if (envFlag("TARN_SIM_HANG")) {
         out(QStringLiteral("tarn-sim: hanging on purpose (TARN_SIM_HANG)"));
