@@ -98,6 +98,7 @@ private Q_SLOTS:
     void commandLine();
     void keyFlagFromTheVariant();
     void rowsWithoutRowWidgetSendTheirSource();
+    void corruptPictureFailsItsRowOnly();
 
 private:
     QStringList addPictures(const QList<QImage> &images);
@@ -661,6 +662,26 @@ void TestMainWindowRun::rowsWithoutRowWidgetSendTheirSource()
                  ->data(MainWindow::kTempPreprocRole)
                  .toString(),
              QString());
+}
+
+void TestMainWindowRun::corruptPictureFailsItsRowOnly()
+{
+    const QStringList pictures = addPictures({marked(400, 300), marked(300, 400)});
+    const QString corrupt = m_fixture->path("broken/damaged.jpg");
+    QVERIFY(TestFiles::write(corrupt, "not a jpeg at all"));
+    m_window->addImageFiles({corrupt});
+    QCOMPARE(m_window->imageTable()->rowCount(), 3);
+    ModalAnswerer completion(QMessageBox::Cancel);
+    runToTheEnd();
+    QCOMPARE(statusText(*m_window, 0), QStringLiteral("Done ✓"));
+    QCOMPARE(statusText(*m_window, 1), QStringLiteral("Done ✓"));
+    QCOMPARE(statusText(*m_window, 2), QStringLiteral("Failed (3)")); // the processor cannot read it either
+    const QStringList log = logLines(*m_window);
+    QVERIFY(log.contains(QStringLiteral("  ⚠ Preprocessing failed; using original")));
+    QVERIFY(log.filter(QStringLiteral("  ! tarn-sim: error: cannot decode")).size() == 1);
+    QCOMPARE(QDir(packageDir()).entryList(QDir::Files, QDir::Name),
+             (QStringList{"frame_000.bin", "frame_001.bin", "playlist.json"}));
+    QCOMPARE(TestFiles::read(corrupt), QByteArray("not a jpeg at all")); // never touched
 }
 
 QTEST_MAIN(TestMainWindowRun)
