@@ -36,8 +36,8 @@ QSize MainWindow::panelResolution() const
         }
         return kDefaultPanel;
     }
-    const PanelSpec spec = PlaylistExporter::panelFromGuiType(type, QString());
-    return spec.ok ? spec.size : kDefaultPanel;
+    const PanelSpec panelSpec = PlaylistExporter::panelFromGuiType(type, QString());
+    return panelSpec.ok ? panelSpec.size : kDefaultPanel;
 }
 
 QString MainWindow::frameOrientationValue() const

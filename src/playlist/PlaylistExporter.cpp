@@ -134,15 +134,15 @@ PanelSpec panelFromGuiType(const QString &guiType, const QString &customText)
     if (guiType == QLatin1String("285"))
         return validPanel("28.5", 2160, 3060);
 
-    PanelSpec spec;
+    PanelSpec panelSpec;
     if (guiType == QLatin1String("custom")) {
         static const QRegularExpression customSize(QStringLiteral("^(\\d+)\\s*[xX×]\\s*(\\d+)$"));
-        spec.error = customSize.match(customText.trimmed()).hasMatch() ? Str::customPanelNoPlaylist()
+        panelSpec.error = customSize.match(customText.trimmed()).hasMatch() ? Str::customPanelNoPlaylist()
                                                                        : Str::customPanelSizeInvalid();
     } else {
-        spec.error = Str::unknownPanelType(guiType);
+        panelSpec.error = Str::unknownPanelType(guiType);
     }
-    return spec;
+    return panelSpec;
 }
 
 } // namespace PlaylistExporter

@@ -12,6 +12,7 @@
 #include "ModalAnswerer.h"
 #include "TestFiles.h"
 #include "WindowFixture.h"
+#include "WindowProbe.h"
 
 #include <QAction>
 #include <QApplication>
@@ -35,24 +36,6 @@
 #include <QTextBlock>
 
 namespace {
-
-template <typename Widget> Widget *withText(QWidget &root, const QString &text)
-{
-    for (Widget *widget : root.findChildren<Widget *>()) {
-        if (widget->text() == text)
-            return widget;
-    }
-    return nullptr;
-}
-
-QComboBox *comboStartingWith(QWidget &root, const QString &firstItem)
-{
-    for (QComboBox *combo : root.findChildren<QComboBox *>()) {
-        if (combo->count() > 0 && combo->itemText(0) == firstItem)
-            return combo;
-    }
-    return nullptr;
-}
 
 QGroupBox *section(QWidget &root, const QString &title)
 {

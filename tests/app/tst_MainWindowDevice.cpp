@@ -9,6 +9,7 @@
 #include "ModalAnswerer.h"
 #include "TestFiles.h"
 #include "WindowFixture.h"
+#include "WindowProbe.h"
 
 #include <QComboBox>
 #include <QDir>
@@ -25,15 +26,6 @@
 
 namespace {
 
-QComboBox *comboStartingWith(QWidget &root, const QString &firstItem)
-{
-    for (QComboBox *combo : root.findChildren<QComboBox *>()) {
-        if (combo->count() > 0 && combo->itemText(0) == firstItem)
-            return combo;
-    }
-    return nullptr;
-}
-
 QComboBox *historyCombo(MainWindow &window)
 {
     // The first combo of the device step: the key-file history.
@@ -42,28 +34,6 @@ QComboBox *historyCombo(MainWindow &window)
             return combo;
     }
     return nullptr;
-}
-
-QLineEdit *withPlaceholder(QWidget &root, const QString &prefix)
-{
-    for (QLineEdit *edit : root.findChildren<QLineEdit *>()) {
-        if (edit->placeholderText().startsWith(prefix))
-            return edit;
-    }
-    return nullptr;
-}
-
-QString lastLog(MainWindow &window)
-{
-    return window.findChild<QPlainTextEdit *>()->document()->lastBlock().text();
-}
-
-QStringList logLines(MainWindow &window)
-{
-    QStringList lines;
-    for (QTextBlock b = window.findChild<QPlainTextEdit *>()->document()->begin(); b.isValid(); b = b.next())
-        lines << b.text();
-    return lines;
 }
 
 } // namespace
@@ -244,7 +214,8 @@ void TestMainWindowDevice::importKeyButtonOpensTheChooser()
     const QString chosen = key("chosen.json", R"({"panel": "28.5", "stamac": "MAC-1"})");
     QString title;
     ModalAnswerer answerer(QMessageBox::Ok, [&](QWidget *dialog) {
-        title = dialog->windowTitle();
+        if (qobject_cast<QFileDialog *>(dialog))
+            title = dialog->windowTitle();
         ModalAnswerer::chooseInFileDialog(dialog, QFileInfo(chosen).path(), QFileInfo(chosen).fileName());
     });
     QPushButton *import = nullptr;

@@ -10,6 +10,7 @@
 #include "ModalAnswerer.h"
 #include "TestFiles.h"
 #include "WindowFixture.h"
+#include "WindowProbe.h"
 
 #include <QCheckBox>
 #include <QDir>
@@ -36,15 +37,6 @@ QCheckBox *checkBox(MainWindow &window, const QString &text)
     for (QCheckBox *box : window.findChildren<QCheckBox *>()) {
         if (box->text() == text)
             return box;
-    }
-    return nullptr;
-}
-
-template <typename Widget> Widget *withText(QWidget &root, const QString &text)
-{
-    for (Widget *widget : root.findChildren<Widget *>()) {
-        if (widget->text() == text)
-            return widget;
     }
     return nullptr;
 }
@@ -382,7 +374,8 @@ void TestMainWindowImages::addImagesButtonOpensTheFileChooser()
     QString title;
     QStringList filters;
     ModalAnswerer answerer(QMessageBox::Ok, [&](QWidget *dialog) {
-        title = dialog->windowTitle();
+        if (qobject_cast<QFileDialog *>(dialog))
+            title = dialog->windowTitle();
         if (auto *chooser = qobject_cast<QFileDialog *>(dialog))
             filters = chooser->nameFilters();
         ModalAnswerer::chooseInFileDialog(
@@ -406,7 +399,8 @@ void TestMainWindowImages::addFolderButtonOpensTheFolderChooser()
     TestFiles::makePictures(folder("chosen"), 3, "dir");
     QString title;
     ModalAnswerer answerer(QMessageBox::Ok, [&](QWidget *dialog) {
-        title = dialog->windowTitle();
+        if (qobject_cast<QFileDialog *>(dialog))
+            title = dialog->windowTitle();
         ModalAnswerer::chooseInFileDialog(dialog, folder("chosen"), QString());
     });
     QTest::mouseClick(withText<QPushButton>(*m_window, QStringLiteral("Add Folder")), Qt::LeftButton);

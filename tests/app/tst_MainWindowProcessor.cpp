@@ -6,9 +6,11 @@
 #include "ModalAnswerer.h"
 #include "TestFiles.h"
 #include "WindowFixture.h"
+#include "WindowProbe.h"
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QFileDialog>
 #include <QElapsedTimer>
 #include <QLineEdit>
 #include <QPlainTextEdit>
@@ -17,21 +19,6 @@
 #include <QTextBlock>
 
 namespace {
-
-QList<QLineEdit *> processorFields(QWidget &root)
-{
-    QList<QLineEdit *> fields;
-    for (QLineEdit *edit : root.findChildren<QLineEdit *>()) {
-        if (edit->placeholderText().isEmpty() && edit->isHidden())
-            fields << edit;
-    }
-    return fields; // key file, executable, working directory, output, LUT, analysis output
-}
-
-QString lastLog(MainWindow &window)
-{
-    return window.findChild<QPlainTextEdit *>()->document()->lastBlock().text();
-}
 
 const QString kFailureStart =
     QStringLiteral("The image processor failed the startup self-test (TARN-lite --help).\n\n");
@@ -269,7 +256,8 @@ void TestMainWindowProcessor::choosingTheExecutableIsSavedAtOnce()
     processorFields(window).at(4)->clear();
     QString title;
     ModalAnswerer answerer(QMessageBox::Ok, [&](QWidget *dialog) {
-        title = dialog->windowTitle();
+        if (qobject_cast<QFileDialog *>(dialog))
+            title = dialog->windowTitle();
         ModalAnswerer::chooseInFileDialog(dialog, dir, QStringLiteral("TARN-lite"));
     });
     window.onBrowseExe();
@@ -290,7 +278,8 @@ void TestMainWindowProcessor::choosingTheWorkingDirectoryIsSavedAtOnce()
     MainWindow window;
     QString title;
     ModalAnswerer answerer(QMessageBox::Ok, [&](QWidget *dialog) {
-        title = dialog->windowTitle();
+        if (qobject_cast<QFileDialog *>(dialog))
+            title = dialog->windowTitle();
         ModalAnswerer::chooseInFileDialog(dialog, dir, QString());
     });
     window.onBrowseWorkDir();

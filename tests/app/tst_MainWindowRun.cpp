@@ -10,6 +10,7 @@
 #include "ModalAnswerer.h"
 #include "TestFiles.h"
 #include "WindowFixture.h"
+#include "WindowProbe.h"
 
 #include <QComboBox>
 #include <QDir>
@@ -24,46 +25,9 @@
 
 namespace {
 
-template <typename Widget> Widget *withText(QWidget &root, const QString &text)
-{
-    for (Widget *widget : root.findChildren<Widget *>()) {
-        if (widget->text() == text)
-            return widget;
-    }
-    return nullptr;
-}
-
-QLineEdit *saveLocation(MainWindow &window)
-{
-    for (QLineEdit *edit : window.findChildren<QLineEdit *>()) {
-        if (edit->placeholderText().startsWith(QStringLiteral("Required")))
-            return edit;
-    }
-    return nullptr;
-}
-
-QStringList logLines(MainWindow &window)
-{
-    QStringList lines;
-    QTextDocument *document = window.findChild<QPlainTextEdit *>()->document();
-    for (QTextBlock block = document->begin(); block.isValid(); block = block.next())
-        lines << block.text();
-    return lines;
-}
-
 QString statusText(MainWindow &window, int row)
 {
     return window.imageTable()->item(row, MainWindow::StatusColumn)->text();
-}
-
-// A picture with a red marker in its top-left quarter.
-QImage marked(int width, int height)
-{
-    QImage image = TestFiles::solidImage(width, height, Qt::blue);
-    for (int y = 0; y < height / 4; ++y)
-        for (int x = 0; x < width / 4; ++x)
-            image.setPixelColor(x, y, Qt::red);
-    return image;
 }
 
 const QStringList kFaults = {"TARN_SIM_EXIT", "TARN_SIM_CRASH", "TARN_SIM_SLEEP_MS", "TARN_SIM_HANG",
@@ -165,7 +129,8 @@ void TestMainWindowRun::portraitRunWritesThePackage()
     QVERIFY(TestFiles::write(
         key, R"({"panel": "13.3", "stamac": "A4:CF:12:00:00:01", "device_id": "DEV-0001", "uid": "u-42"})"));
     setKeyFile(key);
-    addPictures({marked(800, 600), marked(600, 800), TestFiles::solidImage(1200, 1600, Qt::green)});
+    addPictures({TestFiles::markedImage(800, 600), TestFiles::markedImage(600, 800),
+                 TestFiles::solidImage(1200, 1600, Qt::green)});
     m_window->preprocWidgetAt(1)->setFillMode(FillMode::WhiteFill, true);
     m_window->preprocWidgetAt(2)->setFillMode(FillMode::CenterCrop, true);
 
@@ -274,7 +239,7 @@ void TestMainWindowRun::landscapeRunHandsOverPortraitPictures()
             combo->setCurrentIndex(1);
     }
     QVERIFY(m_window->isLandscapeOrientation());
-    addPictures({marked(1600, 1200), marked(900, 1600)});
+    addPictures({TestFiles::markedImage(1600, 1200), TestFiles::markedImage(900, 1600)});
     ModalAnswerer completion(QMessageBox::Cancel);
     runToTheEnd();
     // tarn-sim refuses any picture that is not the panel's native portrait size.
@@ -292,7 +257,7 @@ void TestMainWindowRun::largePanelKeyFromAFolderWithChineseCharacters()
     QVERIFY(TestFiles::write(key, R"({"panel": "25.3", "device_id": "ABCDEFGHIJKL", "uid": "u-7"})"));
     setKeyFile(key);
     QCOMPARE(m_window->panelResolution(), QSize(1800, 3200));
-    addPictures({marked(1000, 700), marked(700, 1000)});
+    addPictures({TestFiles::markedImage(1000, 700), TestFiles::markedImage(700, 1000)});
     ModalAnswerer completion(QMessageBox::Cancel);
     runToTheEnd();
     QCOMPARE(statusText(*m_window, 0), QStringLiteral("Done ✓"));
@@ -312,7 +277,7 @@ void TestMainWindowRun::largePanelKeyFromAFolderWithChineseCharacters()
 
 void TestMainWindowRun::exitCodeMarksEveryRowAndWritesNoPackage()
 {
-    addPictures({marked(400, 300), marked(300, 400)});
+    addPictures({TestFiles::markedImage(400, 300), TestFiles::markedImage(300, 400)});
     qputenv("TARN_SIM_EXIT", "3");
     DialogSpy dialogs;
     runToTheEnd();
@@ -334,7 +299,7 @@ void TestMainWindowRun::exitCodeMarksEveryRowAndWritesNoPackage()
 
 void TestMainWindowRun::crashIsLoggedWithItsCode()
 {
-    addPictures({marked(400, 300)});
+    addPictures({TestFiles::markedImage(400, 300)});
     qputenv("TARN_SIM_CRASH", "1");
     runToTheEnd();
     QCOMPARE(statusText(*m_window, 0), QStringLiteral("Crashed"));
@@ -360,7 +325,7 @@ void TestMainWindowRun::startFailureGoesOnWithTheNextRow()
         QCOMPARE(startupCheck.title(), QStringLiteral("Processor Check Failed"));
     }
     saveLocation(*m_window)->setText(m_fixture->path("out"));
-    addPictures({marked(40, 30), marked(30, 40)});
+    addPictures({TestFiles::markedImage(40, 30), TestFiles::markedImage(30, 40)});
     runToTheEnd();
     QCOMPARE(statusText(*m_window, 0), QStringLiteral("Start failed"));
     QCOMPARE(statusText(*m_window, 1), QStringLiteral("Start failed"));
@@ -384,7 +349,8 @@ void TestMainWindowRun::missingWorkingDirectoryFailsEveryRow()
             QStringLiteral("Processor working directory missing:\n%1").arg(QDir::toNativeSeparators(gone)));
     }
     saveLocation(*m_window)->setText(m_fixture->path("out"));
-    addPictures({marked(40, 30), marked(30, 40), marked(50, 50)});
+    addPictures(
+        {TestFiles::markedImage(40, 30), TestFiles::markedImage(30, 40), TestFiles::markedImage(50, 50)});
     runToTheEnd();
     const QStringList log = logLines(*m_window);
     for (int row = 0; row < 3; ++row)
@@ -397,7 +363,7 @@ void TestMainWindowRun::missingWorkingDirectoryFailsEveryRow()
 
 void TestMainWindowRun::invalidUtf8OnStderrIsStillShown()
 {
-    addPictures({marked(400, 300)});
+    addPictures({TestFiles::markedImage(400, 300)});
     qputenv("TARN_SIM_BAD_UTF8", "1");
     ModalAnswerer completion(QMessageBox::Cancel);
     runToTheEnd();
@@ -409,7 +375,7 @@ void TestMainWindowRun::invalidUtf8OnStderrIsStillShown()
 
 void TestMainWindowRun::stopDuringASlowRow()
 {
-    addPictures({marked(400, 300), marked(300, 400)});
+    addPictures({TestFiles::markedImage(400, 300), TestFiles::markedImage(300, 400)});
     qputenv("TARN_SIM_SLEEP_MS", "20000");
     QTest::mouseClick(withText<QPushButton>(*m_window, QStringLiteral("▶  Start Processing")),
                       Qt::LeftButton);
@@ -436,7 +402,7 @@ void TestMainWindowRun::stopDuringASlowRow()
 
 void TestMainWindowRun::closeGuardNoKeepsTheRunYesStopsIt()
 {
-    addPictures({marked(400, 300)});
+    addPictures({TestFiles::markedImage(400, 300)});
     qputenv("TARN_SIM_SLEEP_MS", "20000");
     QTest::mouseClick(withText<QPushButton>(*m_window, QStringLiteral("▶  Start Processing")),
                       Qt::LeftButton);
@@ -467,7 +433,7 @@ void TestMainWindowRun::closeGuardNoKeepsTheRunYesStopsIt()
 
 void TestMainWindowRun::rerunWhenEverythingIsDone()
 {
-    addPictures({marked(400, 300)});
+    addPictures({TestFiles::markedImage(400, 300)});
     {
         ModalAnswerer completion(QMessageBox::Cancel);
         runToTheEnd();
@@ -489,7 +455,8 @@ void TestMainWindowRun::rerunWhenEverythingIsDone()
 
 void TestMainWindowRun::onlyPendingRowsRunAndProgressCountsTableRows()
 {
-    addPictures({marked(40, 30), marked(30, 40), marked(50, 50)});
+    addPictures(
+        {TestFiles::markedImage(40, 30), TestFiles::markedImage(30, 40), TestFiles::markedImage(50, 50)});
     m_window->setRowStatus(1, Str::RowStatus::Done);
     // A leftover in the staging folder is cleared at the start.
     QVERIFY(TestFiles::write(QDir(m_window->liteBinStagingDir()).filePath("row_0001.bin"), "stale"));
@@ -533,7 +500,7 @@ void TestMainWindowRun::validationOrder()
         QCOMPARE(answerer.text(), QStringLiteral("Add images to process first."));
         QCOMPARE(answerer.icon(), QMessageBox::Information);
     }
-    addPictures({marked(40, 30)});
+    addPictures({TestFiles::markedImage(40, 30)});
     {
         saveLocation(*m_window)->setText(QStringLiteral("   "));
         ModalAnswerer answerer(QMessageBox::Ok);
@@ -591,7 +558,8 @@ void TestMainWindowRun::outputPathsOfRows()
 
 void TestMainWindowRun::commandLine()
 {
-    const QStringList pictures = addPictures({marked(400, 300), marked(300, 400)});
+    const QStringList pictures =
+        addPictures({TestFiles::markedImage(400, 300), TestFiles::markedImage(300, 400)});
     QStringList args = m_window->buildArgs(0);
     QCOMPARE(args.size(), 3); // no key file: no key flag
     QCOMPARE(args.at(0), QDir(MainWindow::tempPreprocDir()).filePath("photo_0_preproc.jpg"));
@@ -642,7 +610,7 @@ void TestMainWindowRun::keyFlagFromTheVariant()
     const QString key = m_fixture->path("keys/k.json");
     QVERIFY(TestFiles::write(key, R"({"panel": "10"})"));
     setKeyFile(key);
-    addPictures({marked(400, 300)});
+    addPictures({TestFiles::markedImage(400, 300)});
     QCOMPARE(m_window->buildArgs(0).mid(2), (QStringList{"100", "--device-key", key, "--quality", "high"}));
     ModalAnswerer completion(QMessageBox::Cancel);
     runToTheEnd();
@@ -652,7 +620,7 @@ void TestMainWindowRun::keyFlagFromTheVariant()
 
 void TestMainWindowRun::rowsWithoutRowWidgetSendTheirSource()
 {
-    const QStringList pictures = addPictures({marked(400, 300)});
+    const QStringList pictures = addPictures({TestFiles::markedImage(400, 300)});
     m_window->imageTable()->removeCellWidget(0, MainWindow::FileColumn);
     const QStringList args = m_window->buildArgs(0);
     QCOMPARE(args.at(0), pictures.at(0));
@@ -666,7 +634,8 @@ void TestMainWindowRun::rowsWithoutRowWidgetSendTheirSource()
 
 void TestMainWindowRun::corruptPictureFailsItsRowOnly()
 {
-    const QStringList pictures = addPictures({marked(400, 300), marked(300, 400)});
+    const QStringList pictures =
+        addPictures({TestFiles::markedImage(400, 300), TestFiles::markedImage(300, 400)});
     const QString corrupt = m_fixture->path("broken/damaged.jpg");
     QVERIFY(TestFiles::write(corrupt, "not a jpeg at all"));
     m_window->addImageFiles({corrupt});

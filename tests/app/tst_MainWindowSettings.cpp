@@ -5,6 +5,7 @@
 #include "ModalAnswerer.h"
 #include "TestFiles.h"
 #include "WindowFixture.h"
+#include "WindowProbe.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -15,44 +16,6 @@
 #include <QTest>
 
 namespace {
-
-template <typename Widget> Widget *withText(QWidget &root, const QString &text)
-{
-    for (Widget *widget : root.findChildren<Widget *>()) {
-        if (widget->text() == text)
-            return widget;
-    }
-    return nullptr;
-}
-
-QComboBox *comboStartingWith(QWidget &root, const QString &firstItem)
-{
-    for (QComboBox *combo : root.findChildren<QComboBox *>()) {
-        if (combo->count() > 0 && combo->itemText(0) == firstItem)
-            return combo;
-    }
-    return nullptr;
-}
-
-QLineEdit *saveLocation(QWidget &root)
-{
-    for (QLineEdit *edit : root.findChildren<QLineEdit *>()) {
-        if (edit->placeholderText().startsWith(QStringLiteral("Required")))
-            return edit;
-    }
-    return nullptr;
-}
-
-// The hidden processor fields, in the order the device step creates them.
-QList<QLineEdit *> processorFields(QWidget &root)
-{
-    QList<QLineEdit *> fields;
-    for (QLineEdit *edit : root.findChildren<QLineEdit *>()) {
-        if (edit->placeholderText().isEmpty() && edit->isHidden())
-            fields << edit;
-    }
-    return fields; // key file, executable, working directory, output, LUT, analysis output
-}
 
 std::unique_ptr<QSettings> settingsFile()
 {

@@ -11,6 +11,7 @@
 #include "ModalAnswerer.h"
 #include "TestFiles.h"
 #include "WindowFixture.h"
+#include "WindowProbe.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -68,24 +69,6 @@ void check(MainWindow &window, std::initializer_list<int> rows)
 {
     for (int row : rows)
         window.imageTable()->item(row, MainWindow::SelectColumn)->setCheckState(Qt::Checked);
-}
-
-QStringList logLines(MainWindow &window)
-{
-    QStringList lines;
-    QTextDocument *document = window.findChild<QPlainTextEdit *>()->document();
-    for (QTextBlock block = document->begin(); block.isValid(); block = block.next())
-        lines << block.text();
-    return lines;
-}
-
-QComboBox *comboStartingWith(MainWindow &window, const QString &firstItem)
-{
-    for (QComboBox *combo : window.findChildren<QComboBox *>()) {
-        if (combo->count() > 0 && combo->itemText(0) == firstItem)
-            return combo;
-    }
-    return nullptr;
 }
 
 PreprocControlPanel *batchPanel(MainWindow &window)

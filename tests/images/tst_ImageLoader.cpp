@@ -17,16 +17,6 @@
 
 namespace {
 
-// A picture with a marker: the top-left quarter red, the rest blue.
-QImage marked(int width, int height)
-{
-    QImage image = TestFiles::solidImage(width, height, Qt::blue);
-    for (int y = 0; y < height / 4; ++y)
-        for (int x = 0; x < width / 4; ++x)
-            image.setPixelColor(x, y, Qt::red);
-    return image;
-}
-
 bool near(const QColor &a, const QColor &b, int tolerance = 24)
 {
     return qAbs(a.red() - b.red()) <= tolerance && qAbs(a.green() - b.green()) <= tolerance &&
@@ -129,23 +119,24 @@ void TestImageLoader::nothingToLoad()
 
 void TestImageLoader::maxSideShrinksWhileDecoding()
 {
-    QVERIFY(marked(4000, 3000).save(path("big.jpg"), "JPEG", 90));
+    QVERIFY(TestFiles::markedImage(4000, 3000).save(path("big.jpg"), "JPEG", 90));
     QCOMPARE(ImageLoader::load(path("big.jpg"), 72).size(), QSize(72, 54));
     QCOMPARE(ImageLoader::load(path("big.jpg"), 280).size(), QSize(280, 210));
     QCOMPARE(ImageLoader::load(path("big.jpg"), 0).size(), QSize(4000, 3000));
     QCOMPARE(ImageLoader::load(path("big.jpg"), -1).size(), QSize(4000, 3000));
-    QVERIFY(marked(50, 40).save(path("small.png")));
+    QVERIFY(TestFiles::markedImage(50, 40).save(path("small.png")));
     QCOMPARE(ImageLoader::load(path("small.png"), 72).size(), QSize(50, 40));
-    QVERIFY(marked(3000, 1).save(path("strip.png")));
+    QVERIFY(TestFiles::markedImage(3000, 1).save(path("strip.png")));
     QCOMPARE(ImageLoader::load(path("strip.png"), 72).size(), QSize(72, 1));
-    QVERIFY(marked(200, 100).save(path("upper.JPG"), "JPEG"));
+    QVERIFY(TestFiles::markedImage(200, 100).save(path("upper.JPG"), "JPEG"));
     QCOMPARE(ImageLoader::load(path("upper.JPG"), 72).size(), QSize(72, 36));
 }
 
 void TestImageLoader::exifOrientationIsApplied()
 {
     // Stored 400 x 200 with the marker top-left; orientation 6 means "turn clockwise to view".
-    QVERIFY(TestFiles::write(path("rotated.jpg"), TestFiles::jpegWithExifOrientation(marked(400, 200), 6)));
+    QVERIFY(TestFiles::write(path("rotated.jpg"),
+                             TestFiles::jpegWithExifOrientation(TestFiles::markedImage(400, 200), 6)));
     const QImage full = ImageLoader::load(path("rotated.jpg"), 0);
     QCOMPARE(full.size(), QSize(200, 400));
     QVERIFY(near(full.pixelColor(200 - 20, 20), Qt::red)); // marker now top-right
@@ -181,7 +172,7 @@ void TestImageLoader::hostileHeaderGivesNullQuickly()
 void TestImageLoader::qtReadableHeicNeedsNoHeifDecoder()
 {
     // A file Qt itself can read is taken by Qt whatever its name; libheif could not read a PNG.
-    QVERIFY(marked(64, 32).save(path("really_png.heic"), "PNG"));
+    QVERIFY(TestFiles::markedImage(64, 32).save(path("really_png.heic"), "PNG"));
     const QImage image = ImageLoader::load(path("really_png.heic"), 0);
     QCOMPARE(image.size(), QSize(64, 32));
     QCOMPARE(image.pixelColor(0, 0), QColor(Qt::red));
@@ -190,20 +181,20 @@ void TestImageLoader::qtReadableHeicNeedsNoHeifDecoder()
 
 void TestImageLoader::heicDecodes()
 {
-    QVERIFY(HeicWriter::write(path("photo.heic"), marked(320, 240)));
+    QVERIFY(HeicWriter::write(path("photo.heic"), TestFiles::markedImage(320, 240)));
     const QImage image = ImageLoader::load(path("photo.heic"), 0);
     QCOMPARE(image.size(), QSize(320, 240));
     QCOMPARE(image.format(), QImage::Format_RGB32);
     QVERIFY(near(image.pixelColor(20, 20), Qt::red));
     QVERIFY(near(image.pixelColor(300, 200), Qt::blue));
-    QVERIFY(HeicWriter::write(path("photo.HEIF"), marked(320, 240)));
+    QVERIFY(HeicWriter::write(path("photo.HEIF"), TestFiles::markedImage(320, 240)));
     QCOMPARE(ImageLoader::load(path("photo.HEIF"), 0).size(), QSize(320, 240));
 }
 
 void TestImageLoader::heicRotationIsAppliedOnce()
 {
     // The file says "turn clockwise" in its own boxes; the picture must come out turned once.
-    QVERIFY(HeicWriter::write(path("turned.heic"), marked(320, 160), 6));
+    QVERIFY(HeicWriter::write(path("turned.heic"), TestFiles::markedImage(320, 160), 6));
     const QImage image = ImageLoader::load(path("turned.heic"), 0);
     QCOMPARE(image.size(), QSize(160, 320));
     QVERIFY(near(image.pixelColor(160 - 10, 10), Qt::red)); // marker top-right after one turn
@@ -212,14 +203,14 @@ void TestImageLoader::heicRotationIsAppliedOnce()
 
 void TestImageLoader::heicScaledToMaxSide()
 {
-    QVERIFY(HeicWriter::write(path("scaled.heic"), marked(400, 300)));
+    QVERIFY(HeicWriter::write(path("scaled.heic"), TestFiles::markedImage(400, 300)));
     QCOMPARE(ImageLoader::load(path("scaled.heic"), 72).size(), QSize(72, 54));
     QCOMPARE(ImageLoader::load(path("scaled.heic"), 500).size(), QSize(400, 300));
 }
 
 void TestImageLoader::corruptHeicGivesNull()
 {
-    QVERIFY(HeicWriter::write(path("whole.heic"), marked(64, 64)));
+    QVERIFY(HeicWriter::write(path("whole.heic"), TestFiles::markedImage(64, 64)));
     const QByteArray whole = TestFiles::read(path("whole.heic"));
     QVERIFY(TestFiles::write(path("cut.heic"), whole.left(whole.size() / 2)));
     QVERIFY(ImageLoader::load(path("cut.heic"), 0).isNull());
@@ -239,7 +230,7 @@ void TestImageLoader::nonHeicPathsGoToTheProcessorUnchanged()
 void TestImageLoader::heicIsConvertedOnceIntoTheCache()
 {
     const QString source = path("cache_me.heic");
-    QVERIFY(HeicWriter::write(source, marked(200, 100)));
+    QVERIFY(HeicWriter::write(source, TestFiles::markedImage(200, 100)));
     const QFileInfo info(source);
     const QByteArray key =
         info.absoluteFilePath().toUtf8() + '|' + QByteArray::number(info.lastModified().toMSecsSinceEpoch());
@@ -264,7 +255,7 @@ void TestImageLoader::heicIsConvertedOnceIntoTheCache()
 void TestImageLoader::changedHeicGetsANewCacheFile()
 {
     const QString source = path("touched.heic");
-    QVERIFY(HeicWriter::write(source, marked(100, 100)));
+    QVERIFY(HeicWriter::write(source, TestFiles::markedImage(100, 100)));
     const QString first = ImageLoader::resolveProcessorInputPath(source);
     QVERIFY(!first.isEmpty());
     QFile file(source);
@@ -304,7 +295,7 @@ void TestImageLoader::removeCachedConversion()
 {
     ImageLoader::removeCachedConversion(QString()); // nothing happens
     const QString source = path("remove_me.heic");
-    QVERIFY(HeicWriter::write(source, marked(60, 60)));
+    QVERIFY(HeicWriter::write(source, TestFiles::markedImage(60, 60)));
     const QString cached = ImageLoader::resolveProcessorInputPath(source);
     QVERIFY(QFileInfo::exists(cached));
     ImageLoader::removeCachedConversion(cached);

@@ -97,24 +97,25 @@ void TestPlaylistExporter::panelTypes()
     QFETCH(QString, guiType);
     QFETCH(QString, code);
     QFETCH(QSize, size);
-    const PanelSpec spec = PlaylistExporter::panelFromGuiType(guiType, QStringLiteral("ignored"));
-    QVERIFY(spec.ok);
-    QCOMPARE(spec.panel, code);
-    QCOMPARE(spec.size, size);
-    QCOMPARE(spec.error, QString());
+    const PanelSpec panelSpec = PlaylistExporter::panelFromGuiType(guiType, QStringLiteral("ignored"));
+    QVERIFY(panelSpec.ok);
+    QCOMPARE(panelSpec.panel, code);
+    QCOMPARE(panelSpec.size, size);
+    QCOMPARE(panelSpec.error, QString());
 }
 
 void TestPlaylistExporter::panelTypesAreCaseSensitive()
 {
-    PanelSpec spec = PlaylistExporter::panelFromGuiType(QStringLiteral("CUSTOM"), QStringLiteral("1200x825"));
-    QVERIFY(!spec.ok);
-    QCOMPARE(spec.error, QStringLiteral("Unknown panel type: CUSTOM"));
-    spec = PlaylistExporter::panelFromGuiType(QStringLiteral(" 133"), QString());
-    QVERIFY(!spec.ok);
-    QCOMPARE(spec.error, QStringLiteral("Unknown panel type:  133"));
-    spec = PlaylistExporter::panelFromGuiType(QString(), QString());
-    QVERIFY(!spec.ok);
-    QCOMPARE(spec.error, QStringLiteral("Unknown panel type: "));
+    PanelSpec panelSpec =
+        PlaylistExporter::panelFromGuiType(QStringLiteral("CUSTOM"), QStringLiteral("1200x825"));
+    QVERIFY(!panelSpec.ok);
+    QCOMPARE(panelSpec.error, QStringLiteral("Unknown panel type: CUSTOM"));
+    panelSpec = PlaylistExporter::panelFromGuiType(QStringLiteral(" 133"), QString());
+    QVERIFY(!panelSpec.ok);
+    QCOMPARE(panelSpec.error, QStringLiteral("Unknown panel type:  133"));
+    panelSpec = PlaylistExporter::panelFromGuiType(QString(), QString());
+    QVERIFY(!panelSpec.ok);
+    QCOMPARE(panelSpec.error, QStringLiteral("Unknown panel type: "));
 }
 
 void TestPlaylistExporter::customPanel_data()
@@ -140,9 +141,9 @@ void TestPlaylistExporter::customPanel()
 {
     QFETCH(QString, text);
     QFETCH(bool, matchesSize);
-    const PanelSpec spec = PlaylistExporter::panelFromGuiType(QStringLiteral("custom"), text);
-    QVERIFY(!spec.ok);
-    QCOMPARE(spec.error,
+    const PanelSpec panelSpec = PlaylistExporter::panelFromGuiType(QStringLiteral("custom"), text);
+    QVERIFY(!panelSpec.ok);
+    QCOMPARE(panelSpec.error,
              matchesSize
                  ? QStringLiteral(
                        "Custom panel type cannot build a TF playlist. Choose 133 / 070 / 100 / 253 / 285.")

@@ -17,16 +17,6 @@ QString describe(const QColor &c)
     return QStringLiteral("(%1,%2,%3)").arg(c.red()).arg(c.green()).arg(c.blue());
 }
 
-// A source whose top-left quarter is red, the rest blue.
-QImage marked(int width, int height)
-{
-    QImage image = TestFiles::solidImage(width, height, Qt::blue);
-    for (int y = 0; y < height / 4; ++y)
-        for (int x = 0; x < width / 4; ++x)
-            image.setPixelColor(x, y, Qt::red);
-    return image;
-}
-
 // The uniform background a blur fill makes of a uniform source: 95 % opacity over black,
 // then black at alpha 30 on top.
 QColor darkenedBackground(const QColor &c)
@@ -64,7 +54,7 @@ private Q_SLOTS:
 void TestImageOps::nullAndEmptyInputs()
 {
     const QImage null;
-    const QImage image = marked(40, 20);
+    const QImage image = TestFiles::markedImage(40, 20);
     QVERIFY(buildSolidFillImage(null, 10, 10, Qt::white).isNull());
     QVERIFY(buildSolidFillImage(image, 0, 10, Qt::white).isNull());
     QVERIFY(buildSolidFillImage(image, 10, -1, Qt::white).isNull());
@@ -110,7 +100,7 @@ void TestImageOps::solidFillOddMargins()
 
 void TestImageOps::centerCropOfTheWantedSizeIsUnchanged()
 {
-    const QImage source = marked(64, 48);
+    const QImage source = TestFiles::markedImage(64, 48);
     const QImage result = centerCropToSize(source, 64, 48);
     QCOMPARE(result.size(), QSize(64, 48));
     QCOMPARE(result.pixelColor(0, 0), QColor(Qt::red)); // offset (0, 0)
@@ -246,7 +236,7 @@ void TestImageOps::blurFillBlursTheBackground()
 
 void TestImageOps::quarterTurns()
 {
-    const QImage source = marked(40, 20);
+    const QImage source = TestFiles::markedImage(40, 20);
     const QImage cw = rotateImageCW90(source);
     QCOMPARE(cw.size(), QSize(20, 40));
     QCOMPARE(cw.pixelColor(19, 0), QColor(Qt::red)); // top-left went to top-right
@@ -260,7 +250,7 @@ void TestImageOps::quarterTurns()
 
 void TestImageOps::normalizedCrop()
 {
-    const QImage source = marked(200, 100);
+    const QImage source = TestFiles::markedImage(200, 100);
     QImage crop = applyNormalizedCrop(source, {0.25, 0.5, 0.5, 0.5});
     QCOMPARE(crop.size(), QSize(100, 50));
     QCOMPARE(crop, source.copy(50, 50, 100, 50));

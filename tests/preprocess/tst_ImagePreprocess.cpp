@@ -7,16 +7,6 @@
 
 namespace {
 
-// A source whose top-left quarter is red, the rest blue.
-QImage marked(int width, int height)
-{
-    QImage image = TestFiles::solidImage(width, height, Qt::blue);
-    for (int y = 0; y < height / 4; ++y)
-        for (int x = 0; x < width / 4; ++x)
-            image.setPixelColor(x, y, Qt::red);
-    return image;
-}
-
 bool isRed(const QColor &c) { return c.red() > 200 && c.blue() < 60 && c.green() < 60; }
 
 const QSize kPanel(1200, 1600);
@@ -80,7 +70,7 @@ void TestImagePreprocess::nullSourcesGiveNull()
 
 void TestImagePreprocess::rotationIsNormalised()
 {
-    const QImage source = marked(40, 20);
+    const QImage source = TestFiles::markedImage(40, 20);
     QCOMPARE(rotateImageByDegrees(source, -90), rotateImageByDegrees(source, 270));
     QCOMPARE(rotateImageByDegrees(source, 450), rotateImageByDegrees(source, 90));
     QCOMPARE(rotateImageByDegrees(source, 360), source);
@@ -120,7 +110,7 @@ void TestImagePreprocess::fillModeDispatch()
 
 void TestImagePreprocess::directIgnoresRotationInThePipeline()
 {
-    const QImage source = marked(400, 200);
+    const QImage source = TestFiles::markedImage(400, 200);
     QCOMPARE(renderPreprocPipeline(source, {FillMode::Direct, 90}, kPanel), source);
     const QImage white = renderPreprocPipeline(source, {FillMode::WhiteFill, 90}, QSize(100, 100));
     QCOMPARE(white.size(), QSize(100, 100));
@@ -140,26 +130,27 @@ void TestImagePreprocess::directPreviewIsRotatedAndLetterboxedOnGrey()
 {
     // 400 x 200 turned to 200 x 400 fits 800 x 1600 in the 1200 x 1600 frame, 200 px margins.
     const QImage preview =
-        renderPreprocDisplayPreview(marked(400, 200), {FillMode::Direct, 90}, kPanel, false);
+        renderPreprocDisplayPreview(TestFiles::markedImage(400, 200), {FillMode::Direct, 90}, kPanel, false);
     QCOMPARE(preview.size(), kPanel);
     QCOMPARE(preview.pixelColor(100, 800), QColor(228, 228, 228));
     QCOMPARE(preview.pixelColor(1100, 800), QColor(228, 228, 228));
     QVERIFY(isRed(preview.pixelColor(990, 10))); // the marker went top-right
     // An invalid panel shows the source itself.
-    const QImage source = marked(40, 20);
+    const QImage source = TestFiles::markedImage(40, 20);
     QCOMPARE(renderPreprocDisplayPreview(source, {FillMode::Direct, 90}, QSize(), false), source);
 }
 
 void TestImagePreprocess::directExportIsTheUntouchedSource()
 {
-    const QImage source = marked(400, 200);
+    const QImage source = TestFiles::markedImage(400, 200);
     QCOMPARE(renderPreprocExport(source, {FillMode::Direct, 90}, kPanel, false), source);
     QCOMPARE(renderPreprocExport(source, {FillMode::Direct, 270}, kPanel, true), source);
 }
 
 void TestImagePreprocess::portraitExportIsUnturned()
 {
-    const QImage exported = renderPreprocExport(marked(1200, 1600), {FillMode::BlurFill, 0}, kPanel, false);
+    const QImage exported =
+        renderPreprocExport(TestFiles::markedImage(1200, 1600), {FillMode::BlurFill, 0}, kPanel, false);
     QCOMPARE(exported.size(), kPanel);
     QVERIFY(isRed(exported.pixelColor(10, 10)));
 }
@@ -168,7 +159,7 @@ void TestImagePreprocess::landscapeExportIsTurnedClockwise()
 {
     // A 1600 x 1200 photo fills the landscape composition; its top-left marker must end in
     // the top-right of the exported portrait picture.
-    const QImage source = marked(1600, 1200);
+    const QImage source = TestFiles::markedImage(1600, 1200);
     for (FillMode mode :
          {FillMode::BlurFill, FillMode::WhiteFill, FillMode::BlackFill, FillMode::CenterCrop}) {
         const QImage exported = renderPreprocExport(source, {mode, 0}, kPanel, true);
@@ -184,18 +175,19 @@ void TestImagePreprocess::landscapeExportIsTurnedClockwise()
 
 void TestImagePreprocess::landscapePreviewStaysLandscape()
 {
-    const QImage preview =
-        renderPreprocDisplayPreview(marked(1600, 1200), {FillMode::CenterCrop, 0}, kPanel, true);
+    const QImage preview = renderPreprocDisplayPreview(TestFiles::markedImage(1600, 1200),
+                                                       {FillMode::CenterCrop, 0}, kPanel, true);
     QCOMPARE(preview.size(), QSize(1600, 1200));
     QVERIFY(isRed(preview.pixelColor(10, 10)));
-    const QImage scaled = renderPreprocDisplayPreview(marked(1600, 1200), {FillMode::BlurFill, 0},
-                                                      ::scaledResolutionForPreview(kPanel, 280), true);
+    const QImage scaled =
+        renderPreprocDisplayPreview(TestFiles::markedImage(1600, 1200), {FillMode::BlurFill, 0},
+                                    ::scaledResolutionForPreview(kPanel, 280), true);
     QCOMPARE(scaled.size(), QSize(280, 210));
 }
 
 void TestImagePreprocess::invalidPanelKeepsTheRotatedImage()
 {
-    const QImage source = marked(400, 200);
+    const QImage source = TestFiles::markedImage(400, 200);
     for (const QSize &panel : {QSize(0, 0), QSize(-5, -5), QSize(1200, 0)}) {
         for (FillMode mode :
              {FillMode::BlurFill, FillMode::WhiteFill, FillMode::BlackFill, FillMode::CenterCrop}) {

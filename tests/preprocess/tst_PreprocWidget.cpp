@@ -16,14 +16,6 @@
 #include <QTest>
 
 namespace {
-QImage marked(int width, int height)
-{
-    QImage image = TestFiles::solidImage(width, height, Qt::blue);
-    for (int y = 0; y < height / 4; ++y)
-        for (int x = 0; x < width / 4; ++x)
-            image.setPixelColor(x, y, Qt::red);
-    return image;
-}
 } // namespace
 
 class TestPreprocWidget : public QObject
@@ -65,7 +57,7 @@ void TestPreprocWidget::initTestCase()
 
 void TestPreprocWidget::newRowShowsBlurFillAndAPortraitThumbnail()
 {
-    PreprocWidget widget(picture("a.png", marked(800, 600)));
+    PreprocWidget widget(picture("a.png", TestFiles::markedImage(800, 600)));
     QCOMPARE(widget.state().fillMode, FillMode::BlurFill);
     QCOMPARE(widget.state().rotationDegrees, 0);
     QCOMPARE(widget.panelResolution(), QSize(1200, 1600));
@@ -83,7 +75,7 @@ void TestPreprocWidget::newRowShowsBlurFillAndAPortraitThumbnail()
 
 void TestPreprocWidget::directBecomesBlurFillAndStillReports()
 {
-    PreprocWidget widget(picture("b.png", marked(80, 60)));
+    PreprocWidget widget(picture("b.png", TestFiles::markedImage(80, 60)));
     widget.setFillMode(FillMode::WhiteFill, false);
     QSignalSpy spy(&widget, &PreprocWidget::preprocessingChanged);
     widget.setFillMode(FillMode::Direct, true);
@@ -97,7 +89,7 @@ void TestPreprocWidget::directBecomesBlurFillAndStillReports()
 
 void TestPreprocWidget::rotationWrapsAround()
 {
-    PreprocWidget widget(picture("c.png", marked(80, 60)));
+    PreprocWidget widget(picture("c.png", TestFiles::markedImage(80, 60)));
     QSignalSpy spy(&widget, &PreprocWidget::preprocessingChanged);
     for (int i = 0; i < 4; ++i)
         QTest::mouseClick(widget.controlPanel()->rotateRightButton(), Qt::LeftButton);
@@ -110,7 +102,7 @@ void TestPreprocWidget::rotationWrapsAround()
 
 void TestPreprocWidget::setFillModeWithoutRefreshStaysQuiet()
 {
-    PreprocWidget widget(picture("d.png", marked(80, 60)));
+    PreprocWidget widget(picture("d.png", TestFiles::markedImage(80, 60)));
     QSignalSpy spy(&widget, &PreprocWidget::preprocessingChanged);
     widget.setFillMode(FillMode::CenterCrop, false);
     widget.stepRotate(90, false);
@@ -126,7 +118,7 @@ void TestPreprocWidget::setFillModeWithoutRefreshStaysQuiet()
 
 void TestPreprocWidget::unchangedFrameSettingsEmitNothing()
 {
-    PreprocWidget widget(picture("e.png", marked(80, 60)));
+    PreprocWidget widget(picture("e.png", TestFiles::markedImage(80, 60)));
     QSignalSpy spy(&widget, &PreprocWidget::preprocessingChanged);
     widget.setFrameSettings(QSize(1200, 1600), false, true);
     QCOMPARE(spy.count(), 0);
@@ -139,7 +131,7 @@ void TestPreprocWidget::unchangedFrameSettingsEmitNothing()
 
 void TestPreprocWidget::landscapeFrameSettingsReshapeTheThumbnail()
 {
-    PreprocWidget widget(picture("f.png", marked(800, 600)));
+    PreprocWidget widget(picture("f.png", TestFiles::markedImage(800, 600)));
     widget.setFrameSettings(QSize(1200, 1600), true, true);
     QVERIFY(widget.isLandscape());
     QCOMPARE(widget.previewLabel()->size(), QSize(88, 66));
@@ -150,7 +142,7 @@ void TestPreprocWidget::landscapeFrameSettingsReshapeTheThumbnail()
 
 void TestPreprocWidget::swapExchangesContentButNotFrameSettings()
 {
-    const QString pathA = picture("swap_a.png", marked(80, 60));
+    const QString pathA = picture("swap_a.png", TestFiles::markedImage(80, 60));
     const QString pathB = picture("swap_b.png", TestFiles::solidImage(60, 80, Qt::green));
     PreprocWidget a(pathA);
     PreprocWidget b(pathB);
@@ -194,7 +186,7 @@ void TestPreprocWidget::unreadableImageHidesThePreview()
 
 void TestPreprocWidget::applyPreprocessingWritesTheExport()
 {
-    PreprocWidget widget(picture("photo.png", marked(1600, 1200)));
+    PreprocWidget widget(picture("photo.png", TestFiles::markedImage(1600, 1200)));
     widget.setFrameSettings(QSize(1200, 1600), true, false);
     const QString out = m_dir.filePath("preproc/nested");
     const QString written = widget.applyPreprocessing(out);
@@ -209,7 +201,7 @@ void TestPreprocWidget::applyPreprocessingWritesTheExport()
 void TestPreprocWidget::applyPreprocessingNamesAfterTheBaseName()
 {
     const QString source = m_dir.filePath("IMG_1.2.heic");
-    QVERIFY(HeicWriter::write(source, marked(160, 120)));
+    QVERIFY(HeicWriter::write(source, TestFiles::markedImage(160, 120)));
     PreprocWidget widget(source);
     const QString written = widget.applyPreprocessing(m_dir.filePath("heic_out"));
     QCOMPARE(written, QDir(m_dir.filePath("heic_out")).filePath("IMG_1.2_preproc.jpg"));
@@ -218,14 +210,14 @@ void TestPreprocWidget::applyPreprocessingNamesAfterTheBaseName()
 
 void TestPreprocWidget::applyPreprocessingReportsFailure()
 {
-    PreprocWidget widget(picture("g.png", marked(80, 60)));
+    PreprocWidget widget(picture("g.png", TestFiles::markedImage(80, 60)));
     QVERIFY(TestFiles::write(m_dir.filePath("blocker"), "a file where the folder should be"));
     QCOMPARE(widget.applyPreprocessing(m_dir.filePath("blocker/out")), QString());
 }
 
 void TestPreprocWidget::thumbnailClickOpensThePreview()
 {
-    PreprocWidget widget(picture("h.png", marked(800, 600)));
+    PreprocWidget widget(picture("h.png", TestFiles::markedImage(800, 600)));
     widget.show();
     QTRY_VERIFY(widget.previewLabel()->isVisible());
     QSignalSpy spy(&widget, &PreprocWidget::preprocessingChanged);
@@ -249,7 +241,7 @@ void TestPreprocWidget::thumbnailClickOpensThePreview()
 
 void TestPreprocWidget::previewCancelKeepsTheState()
 {
-    PreprocWidget widget(picture("i.png", marked(800, 600)));
+    PreprocWidget widget(picture("i.png", TestFiles::markedImage(800, 600)));
     widget.commitState({FillMode::WhiteFill, 180}, false);
     QSignalSpy spy(&widget, &PreprocWidget::preprocessingChanged);
     ModalAnswerer answerer(QMessageBox::Ok, [](QWidget *dialog) {

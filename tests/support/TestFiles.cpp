@@ -46,6 +46,15 @@ QStringList makePictures(const QString &folder, int count, const QString &prefix
     return paths;
 }
 
+QImage markedImage(int width, int height)
+{
+    QImage image = solidImage(width, height, Qt::blue);
+    for (int y = 0; y < height / 4; ++y)
+        for (int x = 0; x < width / 4; ++x)
+            image.setPixelColor(x, y, Qt::red);
+    return image;
+}
+
 QImage solidImage(int width, int height, const QColor &colour)
 {
     QImage image(width, height, QImage::Format_RGB32);

@@ -18,6 +18,9 @@ QByteArray read(const QString &path);
 QStringList makePictures(const QString &folder, int count, const QString &prefix = QStringLiteral("pic"),
                          const QSize &size = QSize(16, 12));
 
+// A blue picture whose top-left quarter is red: a marker that shows where a corner went.
+QImage markedImage(int width, int height);
+
 // A solid-colour RGB32 image.
 QImage solidImage(int width, int height, const QColor &colour);
 
