@@ -12,8 +12,9 @@ BASE_PACKAGES=(
     cmake ninja-build g++ pkgconf ccache fonts-wqy-microhei
 )
 
-# Further packages the tests need: none beyond the base set yet (GUI tests run offscreen).
-TEST_PACKAGES=()
+# Further packages the tests need (GUI tests run offscreen): MinGW and wine, to compile the
+# Windows-only code for Windows and run the WIC decoding core.
+TEST_PACKAGES=(g++-mingw-w64-x86-64-posix mingw-w64-x86-64-dev wine wine64)
 
 # Install what is missing among the given packages; silent when nothing is.
 ensure_packages() {
