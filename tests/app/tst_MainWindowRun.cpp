@@ -54,6 +54,7 @@ private Q_SLOTS:
     void invalidUtf8OnStderrIsStillShown();
     void stopDuringASlowRow();
     void closeGuardNoKeepsTheRunYesStopsIt();
+    void listChangesAreRefusedDuringARun();
     void rerunWhenEverythingIsDone();
     void onlyPendingRowsRunAndProgressCountsTableRows();
     void corruptPictureFailsItsRowOnly();
@@ -423,6 +424,37 @@ void TestMainWindowRun::closeGuardNoKeepsTheRunYesStopsIt()
     DialogSpy dialogs;
     QVERIFY(m_window->close());
     QVERIFY(dialogs.shownTitles().isEmpty());
+}
+
+void TestMainWindowRun::listChangesAreRefusedDuringARun()
+{
+    addPictures({TestFiles::markedImage(400, 300), TestFiles::markedImage(300, 400)});
+    qputenv("TARN_SIM_SLEEP_MS", "20000");
+    m_window->onStartProcess();
+    QVERIFY(m_window->isProcessing());
+    QVERIFY(!withText<QPushButton>(*m_window, QStringLiteral("Remove Selected"))->isEnabled());
+    QVERIFY(!withText<QPushButton>(*m_window, QStringLiteral("Clear"))->isEnabled());
+    m_window->imageTable()->item(1, MainWindow::SelectColumn)->setCheckState(Qt::Checked);
+    {
+        ModalAnswerer answerer(QMessageBox::Ok);
+        m_window->onRemoveSelected();
+        QCOMPARE(answerer.title(), QStringLiteral("Notice"));
+        QCOMPARE(answerer.text(), QStringLiteral("Stop processing before removing items."));
+    }
+    {
+        ModalAnswerer answerer(QMessageBox::Ok);
+        m_window->onClearAll();
+        QCOMPARE(answerer.text(), QStringLiteral("Stop processing before clearing the list."));
+    }
+    {
+        ModalAnswerer answerer(QMessageBox::Ok);
+        m_window->onCreatePlaylist();
+        QCOMPARE(answerer.text(),
+                 QStringLiteral("Processing in progress. Create the playlist when finished."));
+    }
+    QCOMPARE(m_window->imageTable()->rowCount(), 2);
+    m_window->onStopProcess();
+    QTRY_COMPARE(statusText(*m_window, 0), QStringLiteral("Crashed"));
 }
 
 void TestMainWindowRun::rerunWhenEverythingIsDone()
