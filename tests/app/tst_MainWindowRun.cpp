@@ -52,9 +52,6 @@ private Q_SLOTS:
     void startFailureGoesOnWithTheNextRow();
     void missingWorkingDirectoryFailsEveryRow();
     void invalidUtf8OnStderrIsStillShown();
-    void stopDuringASlowRow();
-    void closeGuardNoKeepsTheRunYesStopsIt();
-    void listChangesAreRefusedDuringARun();
     void rerunWhenEverythingIsDone();
     void onlyPendingRowsRunAndProgressCountsTableRows();
     void corruptPictureFailsItsRowOnly();
@@ -366,95 +363,6 @@ void TestMainWindowRun::invalidUtf8OnStderrIsStillShown()
     // Read in the local code page (which is UTF-8 on this system, so the byte shows as U+FFFD).
     QVERIFY(
         logLines(*m_window).contains(QStringLiteral("  ! ") + QString::fromLocal8Bit("tarn-sim: caf\xe9")));
-}
-
-void TestMainWindowRun::stopDuringASlowRow()
-{
-    addPictures({TestFiles::markedImage(400, 300), TestFiles::markedImage(300, 400)});
-    qputenv("TARN_SIM_SLEEP_MS", "20000");
-    QTest::mouseClick(withText<QPushButton>(*m_window, QStringLiteral("▶  Start Processing")),
-                      Qt::LeftButton);
-    QVERIFY(m_window->isProcessing());
-    QCOMPARE(statusText(*m_window, 0), QStringLiteral("Processing..."));
-    QTRY_VERIFY(
-        logLines(*m_window).contains(QStringLiteral("  | tarn-sim: quantising 1200x1600 for panel 133")));
-    QVERIFY(!withText<QPushButton>(*m_window, QStringLiteral("Add Images"))->isEnabled());
-    QTest::mouseClick(withText<QPushButton>(*m_window, QStringLiteral("■  Stop")), Qt::LeftButton);
-    QVERIFY(!m_window->isProcessing());
-    QCOMPARE(statusText(*m_window, 0), QStringLiteral("Cancelled"));
-    // Then the killed process's real end has the last word.
-    QTRY_COMPARE(statusText(*m_window, 0), QStringLiteral("Crashed"));
-    const QStringList log = logLines(*m_window);
-    const int stopped = int(log.indexOf(QStringLiteral("■ Processing stopped")));
-    QVERIFY(stopped > 0);
-    QVERIFY(log.indexOf(QStringLiteral("  ❌ Process crashed (exitCode=0x00000009)")) > stopped); // SIGKILL
-    QCOMPARE(statusText(*m_window, 1), QStringLiteral("Pending")); // the run did not go on
-    QCOMPARE(m_window->findChild<QProgressBar *>()->value(), 1);
-    QVERIFY(withText<QPushButton>(*m_window, QStringLiteral("▶  Start Processing"))->isEnabled());
-    QVERIFY(withText<QPushButton>(*m_window, QStringLiteral("Add Images"))->isEnabled());
-    QVERIFY(QDir(MainWindow::tempPreprocDir()).entryList(QDir::Files).isEmpty());
-}
-
-void TestMainWindowRun::closeGuardNoKeepsTheRunYesStopsIt()
-{
-    addPictures({TestFiles::markedImage(400, 300)});
-    qputenv("TARN_SIM_SLEEP_MS", "20000");
-    QTest::mouseClick(withText<QPushButton>(*m_window, QStringLiteral("▶  Start Processing")),
-                      Qt::LeftButton);
-    QVERIFY(m_window->isProcessing());
-    {
-        ModalAnswerer no(QMessageBox::No);
-        QVERIFY(!m_window->close());
-        QCOMPARE(no.title(), QStringLiteral("Confirm"));
-        QCOMPARE(no.text(), QStringLiteral("Images are being processed. Exit anyway?"));
-    }
-    QVERIFY(m_window->isVisible());
-    QVERIFY(m_window->isProcessing());
-    {
-        ModalAnswerer yes(QMessageBox::Yes);
-        QVERIFY(m_window->close());
-        QVERIFY(yes.answered());
-    }
-    QVERIFY(!m_window->isVisible());
-    QVERIFY(!m_window->isProcessing());
-    QVERIFY(logLines(*m_window).contains(QStringLiteral("■ Processing stopped")));
-    // Without a run the window closes without asking.
-    m_window->show();
-    QTRY_COMPARE(statusText(*m_window, 0), QStringLiteral("Crashed"));
-    DialogSpy dialogs;
-    QVERIFY(m_window->close());
-    QVERIFY(dialogs.shownTitles().isEmpty());
-}
-
-void TestMainWindowRun::listChangesAreRefusedDuringARun()
-{
-    addPictures({TestFiles::markedImage(400, 300), TestFiles::markedImage(300, 400)});
-    qputenv("TARN_SIM_SLEEP_MS", "20000");
-    m_window->onStartProcess();
-    QVERIFY(m_window->isProcessing());
-    QVERIFY(!withText<QPushButton>(*m_window, QStringLiteral("Remove Selected"))->isEnabled());
-    QVERIFY(!withText<QPushButton>(*m_window, QStringLiteral("Clear"))->isEnabled());
-    m_window->imageTable()->item(1, MainWindow::SelectColumn)->setCheckState(Qt::Checked);
-    {
-        ModalAnswerer answerer(QMessageBox::Ok);
-        m_window->onRemoveSelected();
-        QCOMPARE(answerer.title(), QStringLiteral("Notice"));
-        QCOMPARE(answerer.text(), QStringLiteral("Stop processing before removing items."));
-    }
-    {
-        ModalAnswerer answerer(QMessageBox::Ok);
-        m_window->onClearAll();
-        QCOMPARE(answerer.text(), QStringLiteral("Stop processing before clearing the list."));
-    }
-    {
-        ModalAnswerer answerer(QMessageBox::Ok);
-        m_window->onCreatePlaylist();
-        QCOMPARE(answerer.text(),
-                 QStringLiteral("Processing in progress. Create the playlist when finished."));
-    }
-    QCOMPARE(m_window->imageTable()->rowCount(), 2);
-    m_window->onStopProcess();
-    QTRY_COMPARE(statusText(*m_window, 0), QStringLiteral("Crashed"));
 }
 
 void TestMainWindowRun::rerunWhenEverythingIsDone()

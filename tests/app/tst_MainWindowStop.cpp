@@ -1,0 +1,197 @@
+// A run interrupted: Stop, closing the window, and what the window refuses while a row runs.
+// switched on through the environment, the package checked file by file.
+#include "app/MainWindow.h"
+#include "images/ImageTableWidget.h"
+#include "preprocess/PreprocWidget.h"
+#include "ui/UiLanguage.h"
+
+#include "DialogSpy.h"
+#include "LanguageGuard.h"
+#include "ModalAnswerer.h"
+#include "TestFiles.h"
+#include "WindowFixture.h"
+#include "WindowProbe.h"
+
+#include <QComboBox>
+#include <QDir>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QRegularExpression>
+#include <QSignalSpy>
+#include <QTest>
+#include <QTextBlock>
+
+namespace {
+
+QString statusText(MainWindow &window, int row)
+{
+    return window.imageTable()->item(row, MainWindow::StatusColumn)->text();
+}
+
+const QStringList kFaults = {"TARN_SIM_EXIT", "TARN_SIM_CRASH", "TARN_SIM_SLEEP_MS", "TARN_SIM_HANG",
+                             "TARN_SIM_BAD_UTF8"};
+
+} // namespace
+
+class TestMainWindowStop : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void init();
+    void cleanup();
+    void stopDuringASlowRow();
+    void closeGuardNoKeepsTheRunYesStopsIt();
+    void listChangesAreRefusedDuringARun();
+
+private:
+    QStringList addPictures(const QList<QImage> &images);
+    void setKeyFile(const QString &path);
+    void runToTheEnd(int timeoutMs = 60000);
+    QString packageDir() const { return QDir(m_fixture->path("out")).filePath("vl_play"); }
+
+    std::unique_ptr<WindowFixture> m_fixture;
+    std::unique_ptr<MainWindow> m_window;
+    int m_batch = 0;
+};
+
+void TestMainWindowStop::initTestCase()
+{
+    UiLanguage::set(UiLanguage::English);
+    // One temporary location for the whole process: the program fixes it at its start.
+    m_fixture = std::make_unique<WindowFixture>();
+}
+
+void TestMainWindowStop::init()
+{
+    m_fixture->useProcessor(WindowFixture::demoProcessor(), WindowFixture::demoProcessorDir());
+    QDir(m_fixture->path("out")).removeRecursively();
+    QDir(MainWindow::tempPreprocDir()).removeRecursively();
+    m_window = std::make_unique<MainWindow>();
+    m_window->show();
+    QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));
+    saveLocation(*m_window)->setText(m_fixture->path("out"));
+}
+
+void TestMainWindowStop::cleanup()
+{
+    for (const QString &name : kFaults)
+        qunsetenv(name.toLatin1().constData());
+    m_window.reset();
+    WindowFixture::removeSettings();
+}
+
+QStringList TestMainWindowStop::addPictures(const QList<QImage> &images)
+{
+    QStringList paths;
+    const QString folder = m_fixture->path(QStringLiteral("pictures%1").arg(m_batch++));
+    QDir().mkpath(folder);
+    for (int i = 0; i < images.size(); ++i) {
+        paths << QDir(folder).filePath(QStringLiteral("photo_%1.png").arg(i));
+        images.at(i).save(paths.last());
+    }
+    m_window->addImageFiles(paths);
+    return paths;
+}
+
+void TestMainWindowStop::runToTheEnd(int timeoutMs)
+{
+    QTest::mouseClick(withText<QPushButton>(*m_window, QStringLiteral("▶  Start Processing")),
+                      Qt::LeftButton);
+    QTRY_VERIFY_WITH_TIMEOUT(!m_window->isProcessing(), timeoutMs);
+}
+
+void TestMainWindowStop::stopDuringASlowRow()
+{
+    addPictures({TestFiles::markedImage(400, 300), TestFiles::markedImage(300, 400)});
+    qputenv("TARN_SIM_SLEEP_MS", "20000");
+    QTest::mouseClick(withText<QPushButton>(*m_window, QStringLiteral("▶  Start Processing")),
+                      Qt::LeftButton);
+    QVERIFY(m_window->isProcessing());
+    QCOMPARE(statusText(*m_window, 0), QStringLiteral("Processing..."));
+    QTRY_VERIFY(
+        logLines(*m_window).contains(QStringLiteral("  | tarn-sim: quantising 1200x1600 for panel 133")));
+    QVERIFY(!withText<QPushButton>(*m_window, QStringLiteral("Add Images"))->isEnabled());
+    QTest::mouseClick(withText<QPushButton>(*m_window, QStringLiteral("■  Stop")), Qt::LeftButton);
+    QVERIFY(!m_window->isProcessing());
+    QCOMPARE(statusText(*m_window, 0), QStringLiteral("Cancelled"));
+    // Then the killed process's real end has the last word.
+    QTRY_COMPARE(statusText(*m_window, 0), QStringLiteral("Crashed"));
+    const QStringList log = logLines(*m_window);
+    const int stopped = int(log.indexOf(QStringLiteral("■ Processing stopped")));
+    QVERIFY(stopped > 0);
+    QVERIFY(log.indexOf(QStringLiteral("  ❌ Process crashed (exitCode=0x00000009)")) > stopped); // SIGKILL
+    QCOMPARE(statusText(*m_window, 1), QStringLiteral("Pending")); // the run did not go on
+    QCOMPARE(m_window->findChild<QProgressBar *>()->value(), 1);
+    QVERIFY(withText<QPushButton>(*m_window, QStringLiteral("▶  Start Processing"))->isEnabled());
+    QVERIFY(withText<QPushButton>(*m_window, QStringLiteral("Add Images"))->isEnabled());
+    QVERIFY(QDir(MainWindow::tempPreprocDir()).entryList(QDir::Files).isEmpty());
+}
+
+void TestMainWindowStop::closeGuardNoKeepsTheRunYesStopsIt()
+{
+    addPictures({TestFiles::markedImage(400, 300)});
+    qputenv("TARN_SIM_SLEEP_MS", "20000");
+    QTest::mouseClick(withText<QPushButton>(*m_window, QStringLiteral("▶  Start Processing")),
+                      Qt::LeftButton);
+    QVERIFY(m_window->isProcessing());
+    {
+        ModalAnswerer no(QMessageBox::No);
+        QVERIFY(!m_window->close());
+        QCOMPARE(no.title(), QStringLiteral("Confirm"));
+        QCOMPARE(no.text(), QStringLiteral("Images are being processed. Exit anyway?"));
+    }
+    QVERIFY(m_window->isVisible());
+    QVERIFY(m_window->isProcessing());
+    {
+        ModalAnswerer yes(QMessageBox::Yes);
+        QVERIFY(m_window->close());
+        QVERIFY(yes.answered());
+    }
+    QVERIFY(!m_window->isVisible());
+    QVERIFY(!m_window->isProcessing());
+    QVERIFY(logLines(*m_window).contains(QStringLiteral("■ Processing stopped")));
+    // Without a run the window closes without asking.
+    m_window->show();
+    QTRY_COMPARE(statusText(*m_window, 0), QStringLiteral("Crashed"));
+    DialogSpy dialogs;
+    QVERIFY(m_window->close());
+    QVERIFY(dialogs.shownTitles().isEmpty());
+}
+
+void TestMainWindowStop::listChangesAreRefusedDuringARun()
+{
+    addPictures({TestFiles::markedImage(400, 300), TestFiles::markedImage(300, 400)});
+    qputenv("TARN_SIM_SLEEP_MS", "20000");
+    m_window->onStartProcess();
+    QVERIFY(m_window->isProcessing());
+    QVERIFY(!withText<QPushButton>(*m_window, QStringLiteral("Remove Selected"))->isEnabled());
+    QVERIFY(!withText<QPushButton>(*m_window, QStringLiteral("Clear"))->isEnabled());
+    m_window->imageTable()->item(1, MainWindow::SelectColumn)->setCheckState(Qt::Checked);
+    {
+        ModalAnswerer answerer(QMessageBox::Ok);
+        m_window->onRemoveSelected();
+        QCOMPARE(answerer.title(), QStringLiteral("Notice"));
+        QCOMPARE(answerer.text(), QStringLiteral("Stop processing before removing items."));
+    }
+    {
+        ModalAnswerer answerer(QMessageBox::Ok);
+        m_window->onClearAll();
+        QCOMPARE(answerer.text(), QStringLiteral("Stop processing before clearing the list."));
+    }
+    {
+        ModalAnswerer answerer(QMessageBox::Ok);
+        m_window->onCreatePlaylist();
+        QCOMPARE(answerer.text(),
+                 QStringLiteral("Processing in progress. Create the playlist when finished."));
+    }
+    QCOMPARE(m_window->imageTable()->rowCount(), 2);
+    m_window->onStopProcess();
+    QTRY_COMPARE(statusText(*m_window, 0), QStringLiteral("Crashed"));
+}
+
+QTEST_MAIN(TestMainWindowStop)
+#include "tst_MainWindowStop.moc"
