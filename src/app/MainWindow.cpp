@@ -33,7 +33,10 @@ MainWindow::MainWindow(QWidget *parent)
 MainWindow::~MainWindow()
 {
     saveSettings();
+    // A processor still running is killed; its end no longer reaches the run, which is over.
+    m_processing = false;
     if (m_process && m_process->state() != QProcess::NotRunning) {
+        m_process->disconnect(this);
         m_process->kill();
         m_process->waitForFinished(2000);
     }

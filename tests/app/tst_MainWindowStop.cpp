@@ -14,6 +14,7 @@
 
 #include <QComboBox>
 #include <QDir>
+#include <QElapsedTimer>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QProgressBar>
@@ -46,6 +47,7 @@ private Q_SLOTS:
     void stopDuringASlowRow();
     void closeGuardNoKeepsTheRunYesStopsIt();
     void listChangesAreRefusedDuringARun();
+    void destroyingTheWindowEndsTheProcessor();
 
 private:
     QStringList addPictures(const QList<QImage> &images);
@@ -191,6 +193,22 @@ void TestMainWindowStop::listChangesAreRefusedDuringARun()
     QCOMPARE(m_window->imageTable()->rowCount(), 2);
     m_window->onStopProcess();
     QTRY_COMPARE(statusText(*m_window, 0), QStringLiteral("Crashed"));
+}
+
+void TestMainWindowStop::destroyingTheWindowEndsTheProcessor()
+{
+    addPictures({TestFiles::markedImage(400, 300), TestFiles::markedImage(300, 400)});
+    qputenv("TARN_SIM_SLEEP_MS", "20000");
+    m_window->onStartProcess();
+    QVERIFY(m_window->isProcessing());
+    QTRY_VERIFY(
+        logLines(*m_window).contains(QStringLiteral("  | tarn-sim: quantising 1200x1600 for panel 133")));
+    // Killed and waited for; the end of the killed row starts no second row on the way out.
+    QTest::failOnWarning(QRegularExpression(QStringLiteral("Destroyed while process")));
+    QElapsedTimer timer;
+    timer.start();
+    m_window.reset();
+    QVERIFY(timer.elapsed() < 5000);
 }
 
 QTEST_MAIN(TestMainWindowStop)
