@@ -6,7 +6,8 @@
 // is called; nothing else keeps language state.
 namespace UiLanguage {
 
-enum Lang { Chinese = 0, English = 1 };
+// A fixed underlying type: a value read from elsewhere that is neither is still a valid Lang.
+enum Lang : int { Chinese = 0, English = 1 };
 
 Lang current();
 void set(Lang lang);
