@@ -5,51 +5,23 @@
 //
 // Without FOLDER it makes N (default 20) 12-megapixel JPEG photos first. The processor is the
 // built stand-in beside the program (build/bin/processor).
+#include "BenchPhotos.h"
 #include "app/MainWindow.h"
 #include "images/ImageLoader.h"
 #include "ui/UiLanguage.h"
 
 #include <QApplication>
 #include <QDir>
-#include <QDirIterator>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QLineEdit>
 #include <QMessageBox>
-#include <QPainter>
 #include <QPlainTextEdit>
-#include <QRandomGenerator>
 #include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QTimer>
 
 #include <cstdio>
-
-namespace {
-
-void makePhotos(const QString &folder, int count)
-{
-    QRandomGenerator random(7);
-    for (int i = 0; i < count; ++i) {
-        QImage image(4000, 3000, QImage::Format_RGB32);
-        QPainter painter(&image);
-        QLinearGradient sky(0, 0, 4000, 3000);
-        sky.setColorAt(0, QColor::fromHsv(int(random.bounded(360)), 120, 230));
-        sky.setColorAt(1, QColor::fromHsv(int(random.bounded(360)), 200, 90));
-        painter.fillRect(image.rect(), sky);
-        for (int shape = 0; shape < 40; ++shape) {
-            painter.setBrush(QColor::fromHsv(int(random.bounded(360)), 180, 200, 160));
-            painter.setPen(Qt::NoPen);
-            painter.drawEllipse(QPointF(random.bounded(4000), random.bounded(3000)), random.bounded(400) + 20,
-                                random.bounded(400) + 20);
-        }
-        painter.end();
-        image.save(QDir(folder).filePath(QStringLiteral("photo_%1.jpg").arg(i, 3, 10, QLatin1Char('0'))),
-                   "JPEG", 90);
-    }
-}
-
-} // namespace
 
 int main(int argc, char *argv[])
 {
@@ -72,13 +44,7 @@ int main(int argc, char *argv[])
         std::printf("No folder given: making %d 4000x3000 JPEG photos\n", rows);
         makePhotos(folder, rows);
     }
-    QStringList photos;
-    QDirIterator it(folder, {QStringLiteral("*.jpg"), QStringLiteral("*.jpeg"), QStringLiteral("*.png")},
-                    QDir::Files);
-    while (it.hasNext())
-        photos << it.next();
-    photos.sort();
-    photos = photos.mid(0, rows);
+    const QStringList photos = photosIn(folder).mid(0, rows);
 
     // The window finds its processor through a configuration in the working directory.
     const QString processorDir =

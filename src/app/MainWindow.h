@@ -1,5 +1,6 @@
 #pragma once
 
+#include "playlist/PlaylistExporter.h"
 #include "preprocess/ImagePreprocess.h"
 #include "processor/ProcessorConfig.h"
 #include "ui/AppStrings.h"
@@ -13,7 +14,6 @@
 #include <functional>
 #include <memory>
 
-struct PlaylistExportRequest;
 class ImageTableWidget;
 class PreprocControlPanel;
 class PreprocWidget;
@@ -52,7 +52,9 @@ public:
     static constexpr int kBaseDirRole = Qt::UserRole + 1;
     static constexpr int kTempPreprocRole = Qt::UserRole + 2;
     static constexpr int kHeicCacheRole = Qt::UserRole + 3;
-    static constexpr int kPlaylistFrameLimit = 1000;
+    static constexpr int kPlaylistFrameLimit = PlaylistExporter::kMaxFrames;
+    static constexpr int kRowHeight = 140;
+    static constexpr int kDefaultIntervalMinutes = 30;
 
     explicit MainWindow(QWidget *parent = nullptr);
     ~MainWindow() override;
@@ -179,6 +181,8 @@ private:
     void loadSettings();
     void saveSettings();
     void finishRun();
+    static bool isReservedVariant(const QString &id);
+    static QString variantSettingsKey(const QString &id, const char *field);
     void logProcessOutput(const QByteArray &bytes, bool standardError);
     void onPlaylistIntervalPartChanged();
     void swapRowContent(int a, int b);

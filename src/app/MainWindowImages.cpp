@@ -22,7 +22,6 @@ namespace {
 
 constexpr int kSmallBatchLimit = 15;
 constexpr int kThumbnailSide = 72;
-constexpr int kRowHeight = 140;
 const QColor kMissingThumbnailGrey(180, 180, 180);
 
 struct PendingImage {

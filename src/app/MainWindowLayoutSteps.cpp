@@ -22,8 +22,6 @@
 
 namespace {
 
-constexpr int kRowHeight = 140;
-
 // The file cell is covered by the row's widget, which shows the name itself: the cell paints
 // its background and selection only, so its text never shows through.
 class CoveredCellDelegate : public QStyledItemDelegate

@@ -22,9 +22,6 @@
 #include <QUrl>
 
 namespace {
-constexpr int kMinIntervalMinutes = 3;
-constexpr int kMaxIntervalMinutes = 50000;
-constexpr int kDefaultIntervalMinutes = 30;
 const QString kPackageFolder = QStringLiteral("vl_play");
 } // namespace
 
@@ -34,14 +31,15 @@ int MainWindow::playlistIntervalMinutes() const
         return kDefaultIntervalMinutes;
     const int minutes =
         m_intervalDays->value() * 1440 + m_intervalHours->value() * 60 + m_intervalMinutes->value();
-    return qBound(kMinIntervalMinutes, minutes, kMaxIntervalMinutes);
+    return qBound(PlaylistExporter::kMinIntervalMinutes, minutes, PlaylistExporter::kMaxIntervalMinutes);
 }
 
 void MainWindow::setPlaylistIntervalMinutes(int minutes)
 {
     if (!m_intervalDays || !m_intervalHours || !m_intervalMinutes)
         return;
-    const int m = qBound(kMinIntervalMinutes, minutes, kMaxIntervalMinutes);
+    const int m =
+        qBound(PlaylistExporter::kMinIntervalMinutes, minutes, PlaylistExporter::kMaxIntervalMinutes);
     const QSignalBlocker blockDays(m_intervalDays);
     const QSignalBlocker blockHours(m_intervalHours);
     const QSignalBlocker blockMinutes(m_intervalMinutes);

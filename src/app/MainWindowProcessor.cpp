@@ -15,17 +15,23 @@
 
 namespace {
 const QString kLiteVariantId = QStringLiteral("lite");
-const QString kReservedVariantId = QStringLiteral("default");
 const QStringList kDefaultLutNames = {QStringLiteral("lut_128_36_16_uni_260215.bin"),
                                       QStringLiteral("lut_128_36_16_uni_251208.bin")};
 constexpr int kSelfTestStartMs = 5000;
 constexpr int kSelfTestFinishMs = 10000;
 constexpr int kSelfTestKillMs = 2000;
-
-QString exeKey(const QString &id) { return QStringLiteral("variant/%1/exe").arg(id); }
-
-QString workDirKey(const QString &id) { return QStringLiteral("variant/%1/work_dir").arg(id); }
 } // namespace
+
+bool MainWindow::isReservedVariant(const QString &id)
+{
+    // "default" is never looked up in the configuration and never gets settings of its own.
+    return id == QLatin1String("default");
+}
+
+QString MainWindow::variantSettingsKey(const QString &id, const char *field)
+{
+    return QStringLiteral("variant/%1/%2").arg(id, QLatin1String(field));
+}
 
 QString MainWindow::currentVariantId() const { return kLiteVariantId; }
 
@@ -41,7 +47,7 @@ void MainWindow::loadProcessorConfig()
 void MainWindow::applyVariant(const QString &id)
 {
     m_variantId = id;
-    if (id == kReservedVariantId || !m_processorConfig.variantIds().contains(id))
+    if (isReservedVariant(id) || !m_processorConfig.variantIds().contains(id))
         return; // the fields keep what they hold
     m_processorConfig.setActiveVariant(id);
     const std::unique_ptr<QSettings> settings = appSettings();
@@ -53,9 +59,9 @@ void MainWindow::applyVariant(const QString &id)
         return value.isEmpty() ? fallback : value;
     };
     if (m_exeEdit)
-        m_exeEdit->setText(saved(exeKey(id), executable));
+        m_exeEdit->setText(saved(variantSettingsKey(id, "exe"), executable));
     if (m_workDirEdit)
-        m_workDirEdit->setText(saved(workDirKey(id), workDir));
+        m_workDirEdit->setText(saved(variantSettingsKey(id, "work_dir"), workDir));
     const QString lut =
         detectDefaultLut(m_processorConfig.resolvedDefaultLut(id), m_processorConfig.resolvedWorkDir(id));
     if (!lut.isEmpty() && m_lutEdit)
@@ -110,8 +116,8 @@ void MainWindow::onBrowseExe()
     if (chosen.isEmpty() || !m_exeEdit)
         return;
     m_exeEdit->setText(QDir::toNativeSeparators(chosen));
-    if (m_variantId != kReservedVariantId)
-        appSettings()->setValue(exeKey(currentVariantId()), m_exeEdit->text());
+    if (!isReservedVariant(m_variantId))
+        appSettings()->setValue(variantSettingsKey(currentVariantId(), "exe"), m_exeEdit->text());
     // The processor's folder is its working directory.
     if (m_workDirEdit && m_workDirEdit->text().trimmed().isEmpty())
         m_workDirEdit->setText(QDir::toNativeSeparators(QFileInfo(chosen).absolutePath()));
@@ -131,7 +137,7 @@ void MainWindow::onBrowseWorkDir()
     if (chosen.isEmpty() || !m_workDirEdit)
         return;
     m_workDirEdit->setText(QDir::toNativeSeparators(chosen));
-    appSettings()->setValue(workDirKey(currentVariantId()), m_workDirEdit->text());
+    appSettings()->setValue(variantSettingsKey(currentVariantId(), "work_dir"), m_workDirEdit->text());
 }
 
 void MainWindow::onGlobalStrategyChanged(int /*index*/)

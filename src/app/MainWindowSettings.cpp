@@ -10,12 +10,6 @@
 #include <QPushButton>
 #include <QSpinBox>
 
-namespace {
-const QString kLiteVariantId = QStringLiteral("lite");
-const QString kReservedVariantId = QStringLiteral("default");
-constexpr int kDefaultIntervalMinutes = 30;
-} // namespace
-
 void MainWindow::loadSettings()
 {
     const std::unique_ptr<QSettings> settings = appSettings();
@@ -27,7 +21,7 @@ void MainWindow::loadSettings()
         if (index >= 0)
             m_variantCombo->setCurrentIndex(index);
     }
-    applyVariant(kLiteVariantId);
+    applyVariant(currentVariantId());
 
     // 3. An output folder left by an older build is shown, never written back.
     const QString output = settings->value(QStringLiteral("output_dir")).toString();
@@ -43,9 +37,9 @@ void MainWindow::loadSettings()
     if (!lut.isEmpty() && QFileInfo::exists(lut)) {
         if (m_lutEdit)
             m_lutEdit->setText(QDir::toNativeSeparators(lut));
-    } else if (m_processorConfig.variantIds().contains(kLiteVariantId)) {
+    } else if (m_processorConfig.variantIds().contains(currentVariantId())) {
         const QString detected =
-            detectDefaultLut(m_processorConfig.resolvedDefaultLut(kLiteVariantId),
+            detectDefaultLut(m_processorConfig.resolvedDefaultLut(currentVariantId()),
                              m_workDirEdit ? m_workDirEdit->text().trimmed() : QString());
         if (!detected.isEmpty() && m_lutEdit)
             m_lutEdit->setText(QDir::toNativeSeparators(detected));
@@ -94,11 +88,11 @@ void MainWindow::loadSettings()
 void MainWindow::saveSettings()
 {
     const std::unique_ptr<QSettings> settings = appSettings();
-    settings->setValue(QStringLiteral("processor_variant"), kLiteVariantId);
-    if (m_variantId != kReservedVariantId) {
-        settings->setValue(QStringLiteral("variant/%1/exe").arg(kLiteVariantId),
+    settings->setValue(QStringLiteral("processor_variant"), currentVariantId());
+    if (!isReservedVariant(m_variantId)) {
+        settings->setValue(variantSettingsKey(currentVariantId(), "exe"),
                            m_exeEdit ? m_exeEdit->text() : QString());
-        settings->setValue(QStringLiteral("variant/%1/work_dir").arg(kLiteVariantId),
+        settings->setValue(variantSettingsKey(currentVariantId(), "work_dir"),
                            m_workDirEdit ? m_workDirEdit->text() : QString());
     }
     settings->setValue(QStringLiteral("lut_path"), m_lutEdit ? m_lutEdit->text() : QString());

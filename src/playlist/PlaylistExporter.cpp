@@ -13,10 +13,6 @@
 namespace PlaylistExporter {
 
 namespace {
-constexpr int kMinIntervalMinutes = 3;
-constexpr int kMaxIntervalMinutes = 50000;
-constexpr int kMaxFrames = 1000;
-
 PanelSpec validPanel(const char *code, int width, int height)
 {
     return PanelSpec{QString::fromLatin1(code), QSize(width, height), true, QString()};
@@ -138,7 +134,7 @@ PanelSpec panelFromGuiType(const QString &guiType, const QString &customText)
     if (guiType == QLatin1String("custom")) {
         static const QRegularExpression customSize(QStringLiteral("^(\\d+)\\s*[xX×]\\s*(\\d+)$"));
         panelSpec.error = customSize.match(customText.trimmed()).hasMatch() ? Str::customPanelNoPlaylist()
-                                                                       : Str::customPanelSizeInvalid();
+                                                                            : Str::customPanelSizeInvalid();
     } else {
         panelSpec.error = Str::unknownPanelType(guiType);
     }

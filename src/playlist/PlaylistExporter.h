@@ -32,6 +32,11 @@ struct PlaylistExportRequest {
 // empty on success. Files copied before a failure stay in place.
 namespace PlaylistExporter {
 
+// The package's rules: the slideshow interval in minutes and the number of frames.
+constexpr int kMinIntervalMinutes = 3;
+constexpr int kMaxIntervalMinutes = 50000;
+constexpr int kMaxFrames = 1000;
+
 QByteArray buildPlaylistJson(const PlaylistExportRequest &request);
 QString exportPlaylist(const PlaylistExportRequest &request);
 

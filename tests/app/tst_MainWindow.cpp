@@ -35,19 +35,6 @@
 #include <QTest>
 #include <QTextBlock>
 
-namespace {
-
-QGroupBox *section(QWidget &root, const QString &title)
-{
-    for (QGroupBox *box : root.findChildren<QGroupBox *>()) {
-        if (box->title() == title)
-            return box;
-    }
-    return nullptr;
-}
-
-} // namespace
-
 class TestMainWindow : public QObject
 {
     Q_OBJECT

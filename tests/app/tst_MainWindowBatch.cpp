@@ -12,6 +12,7 @@
 #include "TestFiles.h"
 #include "WindowFixture.h"
 #include "WindowProbe.h"
+#include "WindowTestCase.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -25,21 +26,6 @@
 
 namespace {
 
-QCheckBox *selectAll(MainWindow &window)
-{
-    for (QCheckBox *box : window.findChildren<QCheckBox *>()) {
-        if (box->text() == QStringLiteral("Select All"))
-            return box;
-    }
-    return nullptr;
-}
-
-void check(MainWindow &window, std::initializer_list<int> rows)
-{
-    for (int row : rows)
-        window.imageTable()->item(row, MainWindow::SelectColumn)->setCheckState(Qt::Checked);
-}
-
 PreprocControlPanel *batchPanel(MainWindow &window)
 {
     for (PreprocControlPanel *panel : window.findChildren<PreprocControlPanel *>()) {
@@ -51,14 +37,11 @@ PreprocControlPanel *batchPanel(MainWindow &window)
 
 } // namespace
 
-class TestMainWindowBatch : public QObject
+class TestMainWindowBatch : public WindowTestCase
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
-    void init();
-    void cleanup();
     void batchWithoutCheckedRowsExplains();
     void batchOverTenRowsNeedsNoDialog();
     void batchOverElevenRowsShowsProgress();
@@ -66,40 +49,7 @@ private Q_SLOTS:
     void batchOfTheModeAlreadyChosenAppliesNothing();
     void batchSkipsRowsWithoutRowWidget();
     void frameSettingsReachEveryRow();
-
-private:
-    QStringList addPictures(int count);
-    QTemporaryDir m_dir;
-    std::unique_ptr<WindowFixture> m_fixture;
-    std::unique_ptr<MainWindow> m_window;
-    int m_batch = 0;
 };
-
-void TestMainWindowBatch::initTestCase()
-{
-    QVERIFY(m_dir.isValid());
-    m_fixture = std::make_unique<WindowFixture>();
-    UiLanguage::set(UiLanguage::English);
-}
-
-void TestMainWindowBatch::init() { m_window = std::make_unique<MainWindow>(); }
-
-void TestMainWindowBatch::cleanup()
-{
-    m_window.reset();
-    WindowFixture::removeSettings();
-}
-
-QStringList TestMainWindowBatch::addPictures(int count)
-{
-    const QStringList pictures =
-        TestFiles::makePictures(m_dir.filePath(QStringLiteral("set%1").arg(m_batch++)), count);
-    {
-        DialogSpy quiet; // 16 or more show a progress dialog; nothing to answer
-        m_window->addImageFiles(pictures);
-    }
-    return pictures;
-}
 
 void TestMainWindowBatch::batchWithoutCheckedRowsExplains()
 {
@@ -123,7 +73,7 @@ void TestMainWindowBatch::batchOverTenRowsNeedsNoDialog()
 {
     addPictures(12);
     for (int row = 0; row < 10; ++row)
-        check(*m_window, {row});
+        check({row});
     DialogSpy spy;
     QTest::mouseClick(batchPanel(*m_window)->fillButton(FillMode::WhiteFill), Qt::LeftButton);
     QCOMPARE(spy.progressDialogsShown(), 0);
@@ -137,7 +87,7 @@ void TestMainWindowBatch::batchOverTenRowsNeedsNoDialog()
 void TestMainWindowBatch::batchOverElevenRowsShowsProgress()
 {
     addPictures(11);
-    selectAll(*m_window)->setChecked(true);
+    selectAllBox()->setChecked(true);
     DialogSpy spy;
     QTest::mouseClick(batchPanel(*m_window)->fillButton(FillMode::CenterCrop), Qt::LeftButton);
     QCOMPARE(spy.progressDialogsShown(), 1);
@@ -151,7 +101,7 @@ void TestMainWindowBatch::batchOverElevenRowsShowsProgress()
 void TestMainWindowBatch::batchRotate()
 {
     addPictures(3);
-    check(*m_window, {0, 2});
+    check({0, 2});
     QTest::mouseClick(batchPanel(*m_window)->rotateLeftButton(), Qt::LeftButton);
     QCOMPARE(m_window->preprocWidgetAt(0)->state().rotationDegrees, 270);
     QCOMPARE(m_window->preprocWidgetAt(1)->state().rotationDegrees, 0);
@@ -167,7 +117,7 @@ void TestMainWindowBatch::batchRotate()
 void TestMainWindowBatch::batchOfTheModeAlreadyChosenAppliesNothing()
 {
     addPictures(2);
-    check(*m_window, {0, 1});
+    check({0, 1});
     m_window->preprocWidgetAt(0)->setFillMode(FillMode::BlackFill, false);
     const int linesBefore = int(logLines(*m_window).size());
     QTest::mouseClick(batchPanel(*m_window)->fillButton(FillMode::BlurFill),
@@ -179,7 +129,7 @@ void TestMainWindowBatch::batchOfTheModeAlreadyChosenAppliesNothing()
 void TestMainWindowBatch::batchSkipsRowsWithoutRowWidget()
 {
     addPictures(2);
-    check(*m_window, {0, 1});
+    check({0, 1});
     m_window->imageTable()->removeCellWidget(0, MainWindow::FileColumn);
     m_window->imageTable()->removeCellWidget(1, MainWindow::FileColumn);
     const int linesBefore = int(logLines(*m_window).size());

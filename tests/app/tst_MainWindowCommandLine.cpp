@@ -11,6 +11,7 @@
 #include "TestFiles.h"
 #include "WindowFixture.h"
 #include "WindowProbe.h"
+#include "WindowTestCase.h"
 
 #include <QComboBox>
 #include <QDir>
@@ -23,90 +24,18 @@
 #include <QTest>
 #include <QTextBlock>
 
-namespace {
-
-QString statusText(MainWindow &window, int row)
-{
-    return window.imageTable()->item(row, MainWindow::StatusColumn)->text();
-}
-
-const QStringList kFaults = {"TARN_SIM_EXIT", "TARN_SIM_CRASH", "TARN_SIM_SLEEP_MS", "TARN_SIM_HANG",
-                             "TARN_SIM_BAD_UTF8"};
-
-} // namespace
-
-class TestMainWindowCommandLine : public QObject
+class TestMainWindowCommandLine : public WindowTestCase
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
-    void init();
-    void cleanup();
     void validationOrder();
     void thousandRowsStartThousandAndOneDoNot();
     void outputPathsOfRows();
     void commandLine();
     void keyFlagFromTheVariant();
     void rowsWithoutRowWidgetSendTheirSource();
-
-private:
-    QStringList addPictures(const QList<QImage> &images);
-    void setKeyFile(const QString &path);
-    void runToTheEnd(int timeoutMs = 60000);
-
-    std::unique_ptr<WindowFixture> m_fixture;
-    std::unique_ptr<MainWindow> m_window;
-    int m_batch = 0;
 };
-
-void TestMainWindowCommandLine::initTestCase()
-{
-    UiLanguage::set(UiLanguage::English);
-    // One temporary location for the whole process: the program fixes it at its start.
-    m_fixture = std::make_unique<WindowFixture>();
-}
-
-void TestMainWindowCommandLine::init()
-{
-    m_fixture->useProcessor(WindowFixture::demoProcessor(), WindowFixture::demoProcessorDir());
-    QDir(m_fixture->path("out")).removeRecursively();
-    QDir(MainWindow::tempPreprocDir()).removeRecursively();
-    m_window = std::make_unique<MainWindow>();
-    m_window->show();
-    QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));
-    saveLocation(*m_window)->setText(m_fixture->path("out"));
-}
-
-void TestMainWindowCommandLine::cleanup()
-{
-    for (const QString &name : kFaults)
-        qunsetenv(name.toLatin1().constData());
-    m_window.reset();
-    WindowFixture::removeSettings();
-}
-
-QStringList TestMainWindowCommandLine::addPictures(const QList<QImage> &images)
-{
-    QStringList paths;
-    const QString folder = m_fixture->path(QStringLiteral("pictures%1").arg(m_batch++));
-    QDir().mkpath(folder);
-    for (int i = 0; i < images.size(); ++i) {
-        paths << QDir(folder).filePath(QStringLiteral("photo_%1.png").arg(i));
-        images.at(i).save(paths.last());
-    }
-    m_window->addImageFiles(paths);
-    return paths;
-}
-
-void TestMainWindowCommandLine::setKeyFile(const QString &path) { QVERIFY(m_window->applyPubkeyFile(path)); }
-
-void TestMainWindowCommandLine::runToTheEnd(int timeoutMs)
-{
-    QTest::mouseClick(withText<QPushButton>(*m_window, QStringLiteral("▶  Start Processing")),
-                      Qt::LeftButton);
-    QTRY_VERIFY_WITH_TIMEOUT(!m_window->isProcessing(), timeoutMs);
-}
 
 void TestMainWindowCommandLine::validationOrder()
 {
@@ -151,7 +80,7 @@ void TestMainWindowCommandLine::validationOrder()
     m_window->onStartProcess();
     QVERIFY(m_window->isProcessing());
     QTRY_VERIFY_WITH_TIMEOUT(!m_window->isProcessing(), 30000);
-    QCOMPARE(statusText(*m_window, 0), QStringLiteral("Done ✓"));
+    QCOMPARE(statusText(0), QStringLiteral("Done ✓"));
 }
 
 void TestMainWindowCommandLine::thousandRowsStartThousandAndOneDoNot()
@@ -246,7 +175,7 @@ void TestMainWindowCommandLine::keyFlagFromTheVariant()
     QCOMPARE(m_window->buildArgs(0).mid(2), (QStringList{"100", "--device-key", key, "--quality", "high"}));
     ModalAnswerer completion(QMessageBox::Cancel);
     runToTheEnd();
-    QCOMPARE(statusText(*m_window, 0), QStringLiteral("Done ✓"));
+    QCOMPARE(statusText(0), QStringLiteral("Done ✓"));
     QVERIFY(logLines(*m_window).contains(QStringLiteral("  | tarn-sim: ignoring argument --quality")));
 }
 

@@ -38,15 +38,6 @@
 
 namespace {
 
-QGroupBox *section(QWidget &root, const QString &title)
-{
-    for (QGroupBox *box : root.findChildren<QGroupBox *>()) {
-        if (box->title() == title)
-            return box;
-    }
-    return nullptr;
-}
-
 QList<QSpinBox *> intervalSpins(QWidget &root) { return root.findChildren<QSpinBox *>(); }
 
 } // namespace

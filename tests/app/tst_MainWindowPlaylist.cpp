@@ -10,6 +10,7 @@
 #include "TestFiles.h"
 #include "WindowFixture.h"
 #include "WindowProbe.h"
+#include "WindowTestCase.h"
 
 #include <QComboBox>
 #include <QDir>
@@ -24,14 +25,11 @@
 #include <QTest>
 #include <QTextBlock>
 
-class TestMainWindowPlaylist : public QObject
+class TestMainWindowPlaylist : public WindowTestCase
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
-    void init();
-    void cleanup();
     void packageFollowsTheKeyFilesPanel();
     void keyWithoutDeviceIdEncryptsForNobody();
     void unreadableKeyGivesAnUnencryptedPackage();
@@ -41,57 +39,7 @@ private Q_SLOTS:
     void exportRefusals();
     void exportFailureIsReported();
     void openingAPackageThatDoesNotExist();
-
-private:
-    QString key(const QString &name, const QByteArray &json);
-    QStringList addPictures(int count);
-    void writeOutputs(std::initializer_list<int> rows);
-
-    std::unique_ptr<WindowFixture> m_fixture;
-    std::unique_ptr<MainWindow> m_window;
-    int m_batch = 0;
 };
-
-void TestMainWindowPlaylist::initTestCase()
-{
-    UiLanguage::set(UiLanguage::English);
-    m_fixture = std::make_unique<WindowFixture>();
-}
-
-void TestMainWindowPlaylist::init()
-{
-    QDir(m_fixture->path("out")).removeRecursively();
-    QDir(m_fixture->path("tmp/tarngui_lite_bins")).removeRecursively();
-    m_window = std::make_unique<MainWindow>();
-    withPlaceholder(*m_window, QStringLiteral("Required"))->setText(m_fixture->path("out"));
-}
-
-void TestMainWindowPlaylist::cleanup()
-{
-    m_window.reset();
-    WindowFixture::removeSettings();
-}
-
-QString TestMainWindowPlaylist::key(const QString &name, const QByteArray &json)
-{
-    const QString path = m_fixture->path(QStringLiteral("keys/") + name);
-    TestFiles::write(path, json);
-    return path;
-}
-
-QStringList TestMainWindowPlaylist::addPictures(int count)
-{
-    const QStringList pictures =
-        TestFiles::makePictures(m_fixture->path(QStringLiteral("set%1").arg(m_batch++)), count);
-    m_window->addImageFiles(pictures);
-    return pictures;
-}
-
-void TestMainWindowPlaylist::writeOutputs(std::initializer_list<int> rows)
-{
-    for (int row : rows)
-        TestFiles::write(m_window->resolveOutputPathsForRow(row), "frame of row " + QByteArray::number(row));
-}
 
 void TestMainWindowPlaylist::packageFollowsTheKeyFilesPanel()
 {

@@ -11,6 +11,7 @@
 #include "TestFiles.h"
 #include "WindowFixture.h"
 #include "WindowProbe.h"
+#include "WindowTestCase.h"
 
 #include <QComboBox>
 #include <QDir>
@@ -23,91 +24,18 @@
 #include <QTest>
 #include <QTextBlock>
 
-namespace {
-
-QString statusText(MainWindow &window, int row)
-{
-    return window.imageTable()->item(row, MainWindow::StatusColumn)->text();
-}
-
-const QStringList kFaults = {"TARN_SIM_EXIT", "TARN_SIM_CRASH", "TARN_SIM_SLEEP_MS", "TARN_SIM_HANG",
-                             "TARN_SIM_BAD_UTF8"};
-
-} // namespace
-
-class TestMainWindowRun : public QObject
+class TestMainWindowRun : public WindowTestCase
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
-    void init();
-    void cleanup();
 
     void portraitRunWritesThePackage();
     void landscapeRunHandsOverPortraitPictures();
     void largePanelKeyFromAFolderWithChineseCharacters();
     void rerunWhenEverythingIsDone();
     void onlyPendingRowsRunAndProgressCountsTableRows();
-
-private:
-    QStringList addPictures(const QList<QImage> &images);
-    void setKeyFile(const QString &path);
-    void runToTheEnd(int timeoutMs = 60000);
-    QString packageDir() const { return QDir(m_fixture->path("out")).filePath("vl_play"); }
-
-    std::unique_ptr<WindowFixture> m_fixture;
-    std::unique_ptr<MainWindow> m_window;
-    int m_batch = 0;
 };
-
-void TestMainWindowRun::initTestCase()
-{
-    UiLanguage::set(UiLanguage::English);
-    // One temporary location for the whole process: the program fixes it at its start.
-    m_fixture = std::make_unique<WindowFixture>();
-}
-
-void TestMainWindowRun::init()
-{
-    m_fixture->useProcessor(WindowFixture::demoProcessor(), WindowFixture::demoProcessorDir());
-    QDir(m_fixture->path("out")).removeRecursively();
-    QDir(MainWindow::tempPreprocDir()).removeRecursively();
-    m_window = std::make_unique<MainWindow>();
-    m_window->show();
-    QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));
-    saveLocation(*m_window)->setText(m_fixture->path("out"));
-}
-
-void TestMainWindowRun::cleanup()
-{
-    for (const QString &name : kFaults)
-        qunsetenv(name.toLatin1().constData());
-    m_window.reset();
-    WindowFixture::removeSettings();
-}
-
-QStringList TestMainWindowRun::addPictures(const QList<QImage> &images)
-{
-    QStringList paths;
-    const QString folder = m_fixture->path(QStringLiteral("pictures%1").arg(m_batch++));
-    QDir().mkpath(folder);
-    for (int i = 0; i < images.size(); ++i) {
-        paths << QDir(folder).filePath(QStringLiteral("photo_%1.png").arg(i));
-        images.at(i).save(paths.last());
-    }
-    m_window->addImageFiles(paths);
-    return paths;
-}
-
-void TestMainWindowRun::setKeyFile(const QString &path) { QVERIFY(m_window->applyPubkeyFile(path)); }
-
-void TestMainWindowRun::runToTheEnd(int timeoutMs)
-{
-    QTest::mouseClick(withText<QPushButton>(*m_window, QStringLiteral("▶  Start Processing")),
-                      Qt::LeftButton);
-    QTRY_VERIFY_WITH_TIMEOUT(!m_window->isProcessing(), timeoutMs);
-}
 
 void TestMainWindowRun::portraitRunWritesThePackage()
 {
@@ -123,7 +51,7 @@ void TestMainWindowRun::portraitRunWritesThePackage()
     ModalAnswerer completion(QMessageBox::Cancel); // closed without "open the folder"
     runToTheEnd();
     for (int row = 0; row < 3; ++row)
-        QCOMPARE(statusText(*m_window, row), QStringLiteral("Done ✓"));
+        QCOMPARE(statusText(row), QStringLiteral("Done ✓"));
 
     QCOMPARE(completion.seen().size(), 1);
     QCOMPARE(completion.title(), QStringLiteral("Ready for Your TF Card"));
@@ -229,8 +157,8 @@ void TestMainWindowRun::landscapeRunHandsOverPortraitPictures()
     ModalAnswerer completion(QMessageBox::Cancel);
     runToTheEnd();
     // tarn-sim refuses any picture that is not the panel's native portrait size.
-    QCOMPARE(statusText(*m_window, 0), QStringLiteral("Done ✓"));
-    QCOMPARE(statusText(*m_window, 1), QStringLiteral("Done ✓"));
+    QCOMPARE(statusText(0), QStringLiteral("Done ✓"));
+    QCOMPARE(statusText(1), QStringLiteral("Done ✓"));
     const QByteArray frame = TestFiles::read(QDir(packageDir()).filePath("frame_000.bin"));
     QVERIFY(frame.startsWith("TSIM 1 1200 1600 133\n"));
     // Unencrypted without a key file.
@@ -246,8 +174,8 @@ void TestMainWindowRun::largePanelKeyFromAFolderWithChineseCharacters()
     addPictures({TestFiles::markedImage(1000, 700), TestFiles::markedImage(700, 1000)});
     ModalAnswerer completion(QMessageBox::Cancel);
     runToTheEnd();
-    QCOMPARE(statusText(*m_window, 0), QStringLiteral("Done ✓"));
-    QCOMPARE(statusText(*m_window, 1), QStringLiteral("Done ✓"));
+    QCOMPARE(statusText(0), QStringLiteral("Done ✓"));
+    QCOMPARE(statusText(1), QStringLiteral("Done ✓"));
     const QString staged = m_fixture->path("tmp/tarngui_pubkey/device_key.json");
     QVERIFY(QFileInfo::exists(staged));
     const QStringList log = logLines(*m_window);
@@ -268,7 +196,7 @@ void TestMainWindowRun::rerunWhenEverythingIsDone()
         ModalAnswerer completion(QMessageBox::Cancel);
         runToTheEnd();
     }
-    QCOMPARE(statusText(*m_window, 0), QStringLiteral("Done ✓"));
+    QCOMPARE(statusText(0), QStringLiteral("Done ✓"));
     {
         ModalAnswerer no(QMessageBox::No);
         QTest::mouseClick(withText<QPushButton>(*m_window, QStringLiteral("▶  Start Processing")),
@@ -280,7 +208,7 @@ void TestMainWindowRun::rerunWhenEverythingIsDone()
     ModalAnswerer yes(QMessageBox::Yes);
     runToTheEnd();
     QCOMPARE(yes.titles(), (QStringList{"Confirm", "Ready for Your TF Card"}));
-    QCOMPARE(statusText(*m_window, 0), QStringLiteral("Done ✓"));
+    QCOMPARE(statusText(0), QStringLiteral("Done ✓"));
 }
 
 void TestMainWindowRun::onlyPendingRowsRunAndProgressCountsTableRows()

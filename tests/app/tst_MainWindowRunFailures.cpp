@@ -12,6 +12,7 @@
 #include "TestFiles.h"
 #include "WindowFixture.h"
 #include "WindowProbe.h"
+#include "WindowTestCase.h"
 
 #include <QComboBox>
 #include <QDir>
@@ -24,89 +25,18 @@
 #include <QTest>
 #include <QTextBlock>
 
-namespace {
-
-QString statusText(MainWindow &window, int row)
-{
-    return window.imageTable()->item(row, MainWindow::StatusColumn)->text();
-}
-
-const QStringList kFaults = {"TARN_SIM_EXIT", "TARN_SIM_CRASH", "TARN_SIM_SLEEP_MS", "TARN_SIM_HANG",
-                             "TARN_SIM_BAD_UTF8"};
-
-} // namespace
-
-class TestMainWindowRunFailures : public QObject
+class TestMainWindowRunFailures : public WindowTestCase
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
-    void init();
-    void cleanup();
     void exitCodeMarksEveryRowAndWritesNoPackage();
     void crashIsLoggedWithItsCode();
     void startFailureGoesOnWithTheNextRow();
     void missingWorkingDirectoryFailsEveryRow();
     void invalidUtf8OnStderrIsStillShown();
     void corruptPictureFailsItsRowOnly();
-
-private:
-    QStringList addPictures(const QList<QImage> &images);
-    void setKeyFile(const QString &path);
-    void runToTheEnd(int timeoutMs = 60000);
-    QString packageDir() const { return QDir(m_fixture->path("out")).filePath("vl_play"); }
-
-    std::unique_ptr<WindowFixture> m_fixture;
-    std::unique_ptr<MainWindow> m_window;
-    int m_batch = 0;
 };
-
-void TestMainWindowRunFailures::initTestCase()
-{
-    UiLanguage::set(UiLanguage::English);
-    // One temporary location for the whole process: the program fixes it at its start.
-    m_fixture = std::make_unique<WindowFixture>();
-}
-
-void TestMainWindowRunFailures::init()
-{
-    m_fixture->useProcessor(WindowFixture::demoProcessor(), WindowFixture::demoProcessorDir());
-    QDir(m_fixture->path("out")).removeRecursively();
-    QDir(MainWindow::tempPreprocDir()).removeRecursively();
-    m_window = std::make_unique<MainWindow>();
-    m_window->show();
-    QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));
-    saveLocation(*m_window)->setText(m_fixture->path("out"));
-}
-
-void TestMainWindowRunFailures::cleanup()
-{
-    for (const QString &name : kFaults)
-        qunsetenv(name.toLatin1().constData());
-    m_window.reset();
-    WindowFixture::removeSettings();
-}
-
-QStringList TestMainWindowRunFailures::addPictures(const QList<QImage> &images)
-{
-    QStringList paths;
-    const QString folder = m_fixture->path(QStringLiteral("pictures%1").arg(m_batch++));
-    QDir().mkpath(folder);
-    for (int i = 0; i < images.size(); ++i) {
-        paths << QDir(folder).filePath(QStringLiteral("photo_%1.png").arg(i));
-        images.at(i).save(paths.last());
-    }
-    m_window->addImageFiles(paths);
-    return paths;
-}
-
-void TestMainWindowRunFailures::runToTheEnd(int timeoutMs)
-{
-    QTest::mouseClick(withText<QPushButton>(*m_window, QStringLiteral("▶  Start Processing")),
-                      Qt::LeftButton);
-    QTRY_VERIFY_WITH_TIMEOUT(!m_window->isProcessing(), timeoutMs);
-}
 
 void TestMainWindowRunFailures::exitCodeMarksEveryRowAndWritesNoPackage()
 {
@@ -114,8 +44,8 @@ void TestMainWindowRunFailures::exitCodeMarksEveryRowAndWritesNoPackage()
     qputenv("TARN_SIM_EXIT", "3");
     DialogSpy dialogs;
     runToTheEnd();
-    QCOMPARE(statusText(*m_window, 0), QStringLiteral("Failed (3)"));
-    QCOMPARE(statusText(*m_window, 1), QStringLiteral("Failed (3)"));
+    QCOMPARE(statusText(0), QStringLiteral("Failed (3)"));
+    QCOMPARE(statusText(1), QStringLiteral("Failed (3)"));
     const QStringList log = logLines(*m_window);
     QCOMPARE(log.count(QStringLiteral("  ❌ Failed, exit code: 3")), 2);
     QVERIFY(log.contains(QStringLiteral("✅ All done! Success 0 / 2")));
@@ -124,10 +54,10 @@ void TestMainWindowRunFailures::exitCodeMarksEveryRowAndWritesNoPackage()
     {
         LanguageGuard zh(UiLanguage::Chinese);
         m_window->retranslateUi();
-        QCOMPARE(statusText(*m_window, 0), QStringLiteral("失败(3)"));
+        QCOMPARE(statusText(0), QStringLiteral("失败(3)"));
     }
     m_window->retranslateUi();
-    QCOMPARE(statusText(*m_window, 1), QStringLiteral("Failed (3)"));
+    QCOMPARE(statusText(1), QStringLiteral("Failed (3)"));
 }
 
 void TestMainWindowRunFailures::crashIsLoggedWithItsCode()
@@ -135,7 +65,7 @@ void TestMainWindowRunFailures::crashIsLoggedWithItsCode()
     addPictures({TestFiles::markedImage(400, 300)});
     qputenv("TARN_SIM_CRASH", "1");
     runToTheEnd();
-    QCOMPARE(statusText(*m_window, 0), QStringLiteral("Crashed"));
+    QCOMPARE(statusText(0), QStringLiteral("Crashed"));
     const QStringList log = logLines(*m_window);
     QVERIFY(log.contains(QStringLiteral("  | tarn-sim: crashing on purpose (TARN_SIM_CRASH)")));
     QVERIFY(log.contains(QStringLiteral("  ❌ Process crashed (exitCode=0x00000006)"))); // SIGABRT
@@ -160,8 +90,8 @@ void TestMainWindowRunFailures::startFailureGoesOnWithTheNextRow()
     saveLocation(*m_window)->setText(m_fixture->path("out"));
     addPictures({TestFiles::markedImage(40, 30), TestFiles::markedImage(30, 40)});
     runToTheEnd();
-    QCOMPARE(statusText(*m_window, 0), QStringLiteral("Start failed"));
-    QCOMPARE(statusText(*m_window, 1), QStringLiteral("Start failed"));
+    QCOMPARE(statusText(0), QStringLiteral("Start failed"));
+    QCOMPARE(statusText(1), QStringLiteral("Start failed"));
     QCOMPARE(logLines(*m_window).filter(QStringLiteral("  ❌ Failed to start process: ")).size(), 2);
     QVERIFY(logLines(*m_window).contains(QStringLiteral("✅ All done! Success 0 / 2")));
 }
@@ -187,7 +117,7 @@ void TestMainWindowRunFailures::missingWorkingDirectoryFailsEveryRow()
     runToTheEnd();
     const QStringList log = logLines(*m_window);
     for (int row = 0; row < 3; ++row)
-        QCOMPARE(statusText(*m_window, row), QStringLiteral("Failed"));
+        QCOMPARE(statusText(row), QStringLiteral("Failed"));
     QCOMPARE(
         log.count(QStringLiteral("  ❌ Working directory missing: %1").arg(QDir::toNativeSeparators(gone))),
         3);
@@ -200,7 +130,7 @@ void TestMainWindowRunFailures::invalidUtf8OnStderrIsStillShown()
     qputenv("TARN_SIM_BAD_UTF8", "1");
     ModalAnswerer completion(QMessageBox::Cancel);
     runToTheEnd();
-    QCOMPARE(statusText(*m_window, 0), QStringLiteral("Done ✓"));
+    QCOMPARE(statusText(0), QStringLiteral("Done ✓"));
     // Read in the local code page (which is UTF-8 on this system, so the byte shows as U+FFFD).
     QVERIFY(
         logLines(*m_window).contains(QStringLiteral("  ! ") + QString::fromLocal8Bit("tarn-sim: caf\xe9")));
@@ -216,9 +146,9 @@ void TestMainWindowRunFailures::corruptPictureFailsItsRowOnly()
     QCOMPARE(m_window->imageTable()->rowCount(), 3);
     ModalAnswerer completion(QMessageBox::Cancel);
     runToTheEnd();
-    QCOMPARE(statusText(*m_window, 0), QStringLiteral("Done ✓"));
-    QCOMPARE(statusText(*m_window, 1), QStringLiteral("Done ✓"));
-    QCOMPARE(statusText(*m_window, 2), QStringLiteral("Failed (3)")); // the processor cannot read it either
+    QCOMPARE(statusText(0), QStringLiteral("Done ✓"));
+    QCOMPARE(statusText(1), QStringLiteral("Done ✓"));
+    QCOMPARE(statusText(2), QStringLiteral("Failed (3)")); // the processor cannot read it either
     const QStringList log = logLines(*m_window);
     QVERIFY(log.contains(QStringLiteral("  ⚠ Preprocessing failed; using original")));
     QVERIFY(log.filter(QStringLiteral("  ! tarn-sim: error: cannot decode")).size() == 1);

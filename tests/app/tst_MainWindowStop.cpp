@@ -11,6 +11,7 @@
 #include "TestFiles.h"
 #include "WindowFixture.h"
 #include "WindowProbe.h"
+#include "WindowTestCase.h"
 
 #include <QComboBox>
 #include <QDir>
@@ -24,87 +25,16 @@
 #include <QTest>
 #include <QTextBlock>
 
-namespace {
-
-QString statusText(MainWindow &window, int row)
-{
-    return window.imageTable()->item(row, MainWindow::StatusColumn)->text();
-}
-
-const QStringList kFaults = {"TARN_SIM_EXIT", "TARN_SIM_CRASH", "TARN_SIM_SLEEP_MS", "TARN_SIM_HANG",
-                             "TARN_SIM_BAD_UTF8"};
-
-} // namespace
-
-class TestMainWindowStop : public QObject
+class TestMainWindowStop : public WindowTestCase
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
-    void init();
-    void cleanup();
     void stopDuringASlowRow();
     void closeGuardNoKeepsTheRunYesStopsIt();
     void listChangesAreRefusedDuringARun();
     void destroyingTheWindowEndsTheProcessor();
-
-private:
-    QStringList addPictures(const QList<QImage> &images);
-    void setKeyFile(const QString &path);
-    void runToTheEnd(int timeoutMs = 60000);
-    QString packageDir() const { return QDir(m_fixture->path("out")).filePath("vl_play"); }
-
-    std::unique_ptr<WindowFixture> m_fixture;
-    std::unique_ptr<MainWindow> m_window;
-    int m_batch = 0;
 };
-
-void TestMainWindowStop::initTestCase()
-{
-    UiLanguage::set(UiLanguage::English);
-    // One temporary location for the whole process: the program fixes it at its start.
-    m_fixture = std::make_unique<WindowFixture>();
-}
-
-void TestMainWindowStop::init()
-{
-    m_fixture->useProcessor(WindowFixture::demoProcessor(), WindowFixture::demoProcessorDir());
-    QDir(m_fixture->path("out")).removeRecursively();
-    QDir(MainWindow::tempPreprocDir()).removeRecursively();
-    m_window = std::make_unique<MainWindow>();
-    m_window->show();
-    QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));
-    saveLocation(*m_window)->setText(m_fixture->path("out"));
-}
-
-void TestMainWindowStop::cleanup()
-{
-    for (const QString &name : kFaults)
-        qunsetenv(name.toLatin1().constData());
-    m_window.reset();
-    WindowFixture::removeSettings();
-}
-
-QStringList TestMainWindowStop::addPictures(const QList<QImage> &images)
-{
-    QStringList paths;
-    const QString folder = m_fixture->path(QStringLiteral("pictures%1").arg(m_batch++));
-    QDir().mkpath(folder);
-    for (int i = 0; i < images.size(); ++i) {
-        paths << QDir(folder).filePath(QStringLiteral("photo_%1.png").arg(i));
-        images.at(i).save(paths.last());
-    }
-    m_window->addImageFiles(paths);
-    return paths;
-}
-
-void TestMainWindowStop::runToTheEnd(int timeoutMs)
-{
-    QTest::mouseClick(withText<QPushButton>(*m_window, QStringLiteral("▶  Start Processing")),
-                      Qt::LeftButton);
-    QTRY_VERIFY_WITH_TIMEOUT(!m_window->isProcessing(), timeoutMs);
-}
 
 void TestMainWindowStop::stopDuringASlowRow()
 {
@@ -113,20 +43,20 @@ void TestMainWindowStop::stopDuringASlowRow()
     QTest::mouseClick(withText<QPushButton>(*m_window, QStringLiteral("▶  Start Processing")),
                       Qt::LeftButton);
     QVERIFY(m_window->isProcessing());
-    QCOMPARE(statusText(*m_window, 0), QStringLiteral("Processing..."));
+    QCOMPARE(statusText(0), QStringLiteral("Processing..."));
     QTRY_VERIFY(
         logLines(*m_window).contains(QStringLiteral("  | tarn-sim: quantising 1200x1600 for panel 133")));
     QVERIFY(!withText<QPushButton>(*m_window, QStringLiteral("Add Images"))->isEnabled());
     QTest::mouseClick(withText<QPushButton>(*m_window, QStringLiteral("■  Stop")), Qt::LeftButton);
     QVERIFY(!m_window->isProcessing());
-    QCOMPARE(statusText(*m_window, 0), QStringLiteral("Cancelled"));
+    QCOMPARE(statusText(0), QStringLiteral("Cancelled"));
     // Then the killed process's real end has the last word.
-    QTRY_COMPARE(statusText(*m_window, 0), QStringLiteral("Crashed"));
+    QTRY_COMPARE(statusText(0), QStringLiteral("Crashed"));
     const QStringList log = logLines(*m_window);
     const int stopped = int(log.indexOf(QStringLiteral("■ Processing stopped")));
     QVERIFY(stopped > 0);
     QVERIFY(log.indexOf(QStringLiteral("  ❌ Process crashed (exitCode=0x00000009)")) > stopped); // SIGKILL
-    QCOMPARE(statusText(*m_window, 1), QStringLiteral("Pending")); // the run did not go on
+    QCOMPARE(statusText(1), QStringLiteral("Pending")); // the run did not go on
     QCOMPARE(m_window->findChild<QProgressBar *>()->value(), 1);
     QVERIFY(withText<QPushButton>(*m_window, QStringLiteral("▶  Start Processing"))->isEnabled());
     QVERIFY(withText<QPushButton>(*m_window, QStringLiteral("Add Images"))->isEnabled());
@@ -158,7 +88,7 @@ void TestMainWindowStop::closeGuardNoKeepsTheRunYesStopsIt()
     QVERIFY(logLines(*m_window).contains(QStringLiteral("■ Processing stopped")));
     // Without a run the window closes without asking.
     m_window->show();
-    QTRY_COMPARE(statusText(*m_window, 0), QStringLiteral("Crashed"));
+    QTRY_COMPARE(statusText(0), QStringLiteral("Crashed"));
     DialogSpy dialogs;
     QVERIFY(m_window->close());
     QVERIFY(dialogs.shownTitles().isEmpty());
@@ -192,7 +122,7 @@ void TestMainWindowStop::listChangesAreRefusedDuringARun()
     }
     QCOMPARE(m_window->imageTable()->rowCount(), 2);
     m_window->onStopProcess();
-    QTRY_COMPARE(statusText(*m_window, 0), QStringLiteral("Crashed"));
+    QTRY_COMPARE(statusText(0), QStringLiteral("Crashed"));
 }
 
 void TestMainWindowStop::destroyingTheWindowEndsTheProcessor()

@@ -12,6 +12,7 @@
 #include "TestFiles.h"
 #include "WindowFixture.h"
 #include "WindowProbe.h"
+#include "WindowTestCase.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -56,31 +57,13 @@ QPushButton *reorderButton(MainWindow &window, int row, int which)
         .at(which);
 }
 
-QCheckBox *selectAll(MainWindow &window)
-{
-    for (QCheckBox *box : window.findChildren<QCheckBox *>()) {
-        if (box->text() == QStringLiteral("Select All"))
-            return box;
-    }
-    return nullptr;
-}
-
-void check(MainWindow &window, std::initializer_list<int> rows)
-{
-    for (int row : rows)
-        window.imageTable()->item(row, MainWindow::SelectColumn)->setCheckState(Qt::Checked);
-}
-
 } // namespace
 
-class TestMainWindowTable : public QObject
+class TestMainWindowTable : public WindowTestCase
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
-    void init();
-    void cleanup();
     void endsDoNotMove();
     void reorderButtonsFindTheirRowAnew();
     void moveRowCarriesThumbnailsAndRowWidgets();
@@ -91,40 +74,7 @@ private Q_SLOTS:
     void removeDeletesTheRowsTemporaryFiles();
     void clearDeletesEverythingButKeepsSelectAll();
     void exitCodeSurvivesALanguageChange();
-
-private:
-    QStringList addPictures(int count);
-    QTemporaryDir m_dir;
-    std::unique_ptr<WindowFixture> m_fixture;
-    std::unique_ptr<MainWindow> m_window;
-    int m_batch = 0;
 };
-
-void TestMainWindowTable::initTestCase()
-{
-    QVERIFY(m_dir.isValid());
-    m_fixture = std::make_unique<WindowFixture>();
-    UiLanguage::set(UiLanguage::English);
-}
-
-void TestMainWindowTable::init() { m_window = std::make_unique<MainWindow>(); }
-
-void TestMainWindowTable::cleanup()
-{
-    m_window.reset();
-    WindowFixture::removeSettings();
-}
-
-QStringList TestMainWindowTable::addPictures(int count)
-{
-    const QStringList pictures =
-        TestFiles::makePictures(m_dir.filePath(QStringLiteral("set%1").arg(m_batch++)), count);
-    {
-        DialogSpy quiet; // 16 or more show a progress dialog; nothing to answer
-        m_window->addImageFiles(pictures);
-    }
-    return pictures;
-}
 
 void TestMainWindowTable::endsDoNotMove()
 {
@@ -183,26 +133,26 @@ void TestMainWindowTable::moveRowCarriesThumbnailsAndRowWidgets()
 void TestMainWindowTable::selectAllChecksEveryRow()
 {
     addPictures(4);
-    selectAll(*m_window)->setChecked(true);
+    selectAllBox()->setChecked(true);
     QCOMPARE(m_window->checkedRows(), (QList<int>{0, 1, 2, 3}));
-    selectAll(*m_window)->setChecked(false);
+    selectAllBox()->setChecked(false);
     QVERIFY(m_window->checkedRows().isEmpty());
 }
 
 void TestMainWindowTable::removeTakesCheckedRowsOverSelectedOnes()
 {
     addPictures(4);
-    check(*m_window, {0, 2});
+    check({0, 2});
     m_window->imageTable()->selectRow(3);
-    selectAll(*m_window)->blockSignals(true);
-    selectAll(*m_window)->setChecked(true);
-    selectAll(*m_window)->blockSignals(false);
+    selectAllBox()->blockSignals(true);
+    selectAllBox()->setChecked(true);
+    selectAllBox()->blockSignals(false);
     QPushButton *remove = nullptr;
     for (QPushButton *button : m_window->findChildren<QPushButton *>())
         remove = button->text() == QStringLiteral("Remove Selected") ? button : remove;
     QTest::mouseClick(remove, Qt::LeftButton);
     QCOMPARE(rowNames(*m_window), (QStringList{"pic_0001.png", "pic_0003.png"}));
-    QVERIFY(!selectAll(*m_window)->isChecked());
+    QVERIFY(!selectAllBox()->isChecked());
 }
 
 void TestMainWindowTable::removeTakesSelectedRowsWhenNoneIsChecked()
@@ -219,12 +169,12 @@ void TestMainWindowTable::removeWithNothingUnchecksSelectAll()
 {
     addPictures(2);
     m_window->imageTable()->clearSelection();
-    selectAll(*m_window)->blockSignals(true);
-    selectAll(*m_window)->setChecked(true);
-    selectAll(*m_window)->blockSignals(false);
+    selectAllBox()->blockSignals(true);
+    selectAllBox()->setChecked(true);
+    selectAllBox()->blockSignals(false);
     m_window->onRemoveSelected();
     QCOMPARE(m_window->imageTable()->rowCount(), 2);
-    QVERIFY(!selectAll(*m_window)->isChecked());
+    QVERIFY(!selectAllBox()->isChecked());
 }
 
 void TestMainWindowTable::removeDeletesTheRowsTemporaryFiles()
@@ -234,8 +184,8 @@ void TestMainWindowTable::removeDeletesTheRowsTemporaryFiles()
     QStringList temps;
     QStringList caches;
     for (int row = 0; row < 3; ++row) {
-        temps << m_dir.filePath(QStringLiteral("tmp/tarngui_preproc/row%1_preproc.jpg").arg(row));
-        caches << m_dir.filePath(QStringLiteral("tmp/tarngui_heic_cache/row%1.jpg").arg(row));
+        temps << m_fixture->path(QStringLiteral("tmp/tarngui_preproc/row%1_preproc.jpg").arg(row));
+        caches << m_fixture->path(QStringLiteral("tmp/tarngui_heic_cache/row%1.jpg").arg(row));
         QVERIFY(TestFiles::write(temps.last(), "jpeg"));
         QVERIFY(TestFiles::write(caches.last(), "jpeg"));
         table->item(row, MainWindow::FileColumn)->setData(MainWindow::kTempPreprocRole, temps.last());
@@ -243,7 +193,7 @@ void TestMainWindowTable::removeDeletesTheRowsTemporaryFiles()
     }
     const QStringList sources = {
         table->item(1, MainWindow::FileColumn)->data(MainWindow::kSourcePathRole).toString()};
-    check(*m_window, {1});
+    check({1});
     m_window->onRemoveSelected();
     QCOMPARE(table->rowCount(), 2);
     QVERIFY(!QFileInfo::exists(temps.at(1)));
@@ -255,17 +205,17 @@ void TestMainWindowTable::removeDeletesTheRowsTemporaryFiles()
 void TestMainWindowTable::clearDeletesEverythingButKeepsSelectAll()
 {
     addPictures(2);
-    const QString temp = m_dir.filePath("tmp/tarngui_preproc/clear_preproc.jpg");
-    const QString cache = m_dir.filePath("tmp/tarngui_heic_cache/clear.jpg");
+    const QString temp = m_fixture->path("tmp/tarngui_preproc/clear_preproc.jpg");
+    const QString cache = m_fixture->path("tmp/tarngui_heic_cache/clear.jpg");
     QVERIFY(TestFiles::write(temp, "jpeg") && TestFiles::write(cache, "jpeg"));
     m_window->imageTable()->item(0, MainWindow::FileColumn)->setData(MainWindow::kTempPreprocRole, temp);
     m_window->imageTable()->item(1, MainWindow::FileColumn)->setData(MainWindow::kHeicCacheRole, cache);
-    selectAll(*m_window)->setChecked(true);
+    selectAllBox()->setChecked(true);
     m_window->onClearAll();
     QCOMPARE(m_window->imageTable()->rowCount(), 0);
     QVERIFY(!QFileInfo::exists(temp));
     QVERIFY(!QFileInfo::exists(cache));
-    QVERIFY(selectAll(*m_window)->isChecked()); // unlike a removal
+    QVERIFY(selectAllBox()->isChecked()); // unlike a removal
 }
 
 void TestMainWindowTable::exitCodeSurvivesALanguageChange()

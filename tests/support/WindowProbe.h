@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QComboBox>
+#include <QGroupBox>
 #include <QLineEdit>
 #include <QList>
 #include <QPlainTextEdit>
@@ -24,6 +25,15 @@ inline QComboBox *comboStartingWith(QWidget &root, const QString &firstItem)
     for (QComboBox *combo : root.findChildren<QComboBox *>()) {
         if (combo->count() > 0 && combo->itemText(0) == firstItem)
             return combo;
+    }
+    return nullptr;
+}
+
+inline QGroupBox *section(QWidget &root, const QString &title)
+{
+    for (QGroupBox *box : root.findChildren<QGroupBox *>()) {
+        if (box->title() == title)
+            return box;
     }
     return nullptr;
 }
