@@ -1,10 +1,9 @@
 #include "playlist/PlaylistExporter.h"
 
+#include "playlist/PackageWriter.h"
 #include "ui/AppStrings.h"
 
 #include <QDir>
-#include <QFile>
-#include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -77,29 +76,11 @@ QString exportPlaylist(const PlaylistExportRequest &request)
     const QString outputDir = QDir::fromNativeSeparators(request.outputDir);
     if (outputDir.isEmpty())
         return Str::playlistOutputDirMissing();
-    if (!QDir().mkpath(outputDir))
-        return Str::playlistCannotCreateDir(outputDir);
-
-    const QDir out(outputDir);
-    for (int i = 0; i < request.frameNames.size(); ++i) {
-        const QString source = QDir::fromNativeSeparators(request.sourcePaths.at(i));
-        if (!QFileInfo::exists(source))
-            return Str::playlistBinMissing(source);
-        const QString target = out.filePath(request.frameNames.at(i));
-        if (QFileInfo::exists(target))
-            QFile::remove(target);
-        if (!QFile::copy(source, target))
-            return Str::copyFailed(source, target);
-    }
-
-    const QString jsonPath = out.filePath(QStringLiteral("playlist.json"));
-    QFile json(jsonPath);
-    if (!json.open(QIODevice::WriteOnly | QIODevice::Truncate))
-        return Str::playlistCannotOpenJson(jsonPath);
-    const QByteArray text = buildPlaylistJson(request);
-    if (json.write(text) < text.size())
-        return Str::writePlaylistFailed(jsonPath);
-    return QString();
+    QList<PackageWriter::Frame> frames;
+    frames.reserve(request.frameNames.size());
+    for (int i = 0; i < request.frameNames.size(); ++i)
+        frames.append({request.frameNames.at(i), request.sourcePaths.at(i)});
+    return PackageWriter::write(outputDir, frames, buildPlaylistJson(request));
 }
 
 QString pubkeyPanelToGuiType(const QString &panel)

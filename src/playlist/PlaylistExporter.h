@@ -28,8 +28,8 @@ struct PlaylistExportRequest {
 };
 
 // Writes the package the frame plays from its card: the frame files copied under their
-// playlist names and "playlist.json". Stateless; the first problem comes back as a text,
-// empty on success. Files copied before a failure stay in place.
+// playlist names and "playlist.json", put in place whole or not at all (PackageWriter).
+// Stateless; the first problem comes back as a text in the UI language, empty on success.
 namespace PlaylistExporter {
 
 // The package's rules: the slideshow interval in minutes and the number of frames.

@@ -249,8 +249,7 @@ QString processorSelfTestTimedOut();
 QString processorSelfTestCrashed(int exitCode);
 QString processorSelfTestAbnormalExit(int exitCode);
 
-// --- Messages of the configuration reader and the package writer. They are part of those
-// files' contract and read the same (Chinese) in every UI language. ---
+// --- Messages of the configuration reader and the package writer ---
 QString configFileNotFound(const QString &fileName);
 QString configFileUnreadable(const QString &path);
 QString configJsonParseFailed(const QString &error);
@@ -264,6 +263,23 @@ QString playlistOutputDirMissing();
 QString playlistCannotCreateDir(const QString &path);
 QString playlistBinMissing(const QString &path);
 QString playlistCannotOpenJson(const QString &path);
+
+// --- Package integrity: the key snapshot, the save location, the package swap ---
+QString keyFileProblemTitle();
+QString keyFileUnreadable(const QString &path, const QString &reason);
+QString keyFileNotAKey(const QString &path, const QString &reason);
+QString keyFilePanelMismatch(const QString &path, const QString &keyType, const QString &chosenType);
+QString saveLocationNotWritable(const QString &path, const QString &reason);
+QString packageNotAFolder(const QString &path);
+QString packageHoldsForeignFiles(const QString &path, const QStringList &names);
+QString packageCannotReplace(const QString &path, const QString &reason);
+QString packageLeftUnchanged(const QString &path);
+QString packageNothingWritten();
+QString withReason(const QString &message, const QString &reason);
+QString packageSummary(int frames, int rows, int failed);
+QString processingCompleteSummaryHtml(int frames, int rows, int failed);
+QString rowStoppedPending();
+QString rowChangedWhileProcessing();
 
 // --- Preprocessing and editor ---
 QString fillModeLabel(FillMode mode);

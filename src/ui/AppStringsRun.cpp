@@ -250,29 +250,59 @@ QString processorSelfTestAbnormalExit(int exitCode)
     return pick("错误: 异常退出 (exitCode=%1)", "Error: abnormal exit (exitCode=%1)").arg(exitCode);
 }
 
-// --- Messages of the configuration reader and the package writer (Chinese in every language) ---
+// --- Messages of the configuration reader and the package writer ---
 
-QString configFileNotFound(const QString &fileName) { return QStringLiteral("未找到 ") + fileName; }
-QString configFileUnreadable(const QString &path) { return QStringLiteral("无法读取配置文件: ") + path; }
+QString configFileNotFound(const QString &fileName)
+{
+    return pick("未找到 %1", "%1 not found").arg(fileName);
+}
+QString configFileUnreadable(const QString &path)
+{
+    return pick("无法读取配置文件: %1", "Cannot read the configuration file: %1").arg(path);
+}
 QString configJsonParseFailed(const QString &error)
 {
-    return QStringLiteral("配置文件 JSON 解析失败: ") + error;
+    return pick("配置文件 JSON 解析失败: %1", "The configuration file is not valid JSON: %1").arg(error);
 }
-QString configMissingVariants() { return QStringLiteral("配置文件缺少 variants 节点"); }
+QString configMissingVariants()
+{
+    return pick("配置文件缺少 variants 节点", "The configuration file has no \"variants\" section");
+}
 QString configVariantMissingExecutable(const QString &id)
 {
-    return QStringLiteral("variants.") + id + QStringLiteral(" 缺少 executable");
+    return pick("variants.%1 缺少 executable", "variants.%1 has no \"executable\"").arg(id);
 }
-QString playlistFrameCountMismatch() { return QStringLiteral("帧列表与源文件数量不一致。"); }
-QString playlistNeedsFrame() { return QStringLiteral("播放列表至少需要一帧 BIN 文件。"); }
-QString playlistIntervalTooShort() { return QStringLiteral("轮播间隔至少为 3 分钟。"); }
-QString playlistIntervalTooLong() { return QStringLiteral("轮播间隔不能超过 50000 分钟。"); }
-QString playlistOutputDirMissing() { return QStringLiteral("请指定 vl_play 输出目录。"); }
-QString playlistCannotCreateDir(const QString &path) { return QStringLiteral("无法创建目录: ") + path; }
-QString playlistBinMissing(const QString &path) { return QStringLiteral("BIN 文件不存在: ") + path; }
+QString playlistFrameCountMismatch()
+{
+    return pick("帧列表与源文件数量不一致。", "The frame list and the source files differ in number.");
+}
+QString playlistNeedsFrame()
+{
+    return pick("播放列表至少需要一帧 BIN 文件。", "A playlist needs at least one BIN frame.");
+}
+QString playlistIntervalTooShort()
+{
+    return pick("轮播间隔至少为 3 分钟。", "The slideshow interval must be at least 3 minutes.");
+}
+QString playlistIntervalTooLong()
+{
+    return pick("轮播间隔不能超过 50000 分钟。", "The slideshow interval cannot exceed 50000 minutes.");
+}
+QString playlistOutputDirMissing()
+{
+    return pick("请指定 vl_play 输出目录。", "Specify the vl_play output folder.");
+}
+QString playlistCannotCreateDir(const QString &path)
+{
+    return pick("无法创建目录: %1", "Cannot create the folder: %1").arg(path);
+}
+QString playlistBinMissing(const QString &path)
+{
+    return pick("BIN 文件不存在: %1", "BIN file does not exist: %1").arg(path);
+}
 QString playlistCannotOpenJson(const QString &path)
 {
-    return QStringLiteral("无法写入 playlist.json: ") + path;
+    return pick("无法写入 playlist.json: %1", "Cannot write playlist.json: %1").arg(path);
 }
 
 } // namespace Str

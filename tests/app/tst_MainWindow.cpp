@@ -163,7 +163,7 @@ void TestMainWindow::missingConfigurationIsLogged()
     {
         MainWindow window;
         QCOMPARE(logView(window)->document()->firstBlock().text(),
-                 QStringLiteral("⚠ 未找到 tarngui_lite.json Using default paths from the UI."));
+                 QStringLiteral("⚠ tarngui_lite.json not found Using default paths from the UI."));
         QCOMPARE(window.currentVariantId(), QStringLiteral("lite"));
     }
     m_fixture->useProcessor(WindowFixture::demoProcessor(), WindowFixture::demoProcessorDir());

@@ -1,6 +1,7 @@
 #include "playlist/PlaylistExporter.h"
 #include "ui/UiLanguage.h"
 
+#include "LanguageGuard.h"
 #include "TestFiles.h"
 
 #include <QDir>
@@ -27,11 +28,11 @@ private Q_SLOTS:
     void intervalBounds();
     void thousandFramesAcceptedThousandAndOneRefused();
     void emptyOutputDirIsRefused();
-    void missingBinStopsAndKeepsEarlierCopies();
+    void missingBinWritesNothing();
     void nativeSeparatorsAreAccepted();
     void reExportReplacesFramesAndPlaylist();
     void outputDirThatCannotBeCreated();
-    void playlistJsonThatCannotBeOpened();
+    void folderInTheWayIsNotTouched();
     void copyFailureNamesBothPaths();
 
 private:
@@ -195,28 +196,32 @@ void TestPlaylistExporter::checksRunInOrder()
     PlaylistExportRequest r = request(2);
     r.sourcePaths.removeLast();
     r.intervalMinutes = 2;
-    QCOMPARE(PlaylistExporter::exportPlaylist(r), QStringLiteral("帧列表与源文件数量不一致。"));
+    QCOMPARE(PlaylistExporter::exportPlaylist(r),
+             QStringLiteral("The frame list and the source files differ in number."));
 
     r = request(0);
     r.intervalMinutes = 2;
-    QCOMPARE(PlaylistExporter::exportPlaylist(r), QStringLiteral("播放列表至少需要一帧 BIN 文件。"));
+    QCOMPARE(PlaylistExporter::exportPlaylist(r), QStringLiteral("A playlist needs at least one BIN frame."));
 
     r = request(1);
     r.intervalMinutes = 2;
     r.outputDir.clear();
-    QCOMPARE(PlaylistExporter::exportPlaylist(r), QStringLiteral("轮播间隔至少为 3 分钟。"));
+    QCOMPARE(PlaylistExporter::exportPlaylist(r),
+             QStringLiteral("The slideshow interval must be at least 3 minutes."));
     QVERIFY(!QFileInfo::exists(m_dir.filePath("out")));
+    LanguageGuard zh(UiLanguage::Chinese); // every message follows the UI language
+    QCOMPARE(PlaylistExporter::exportPlaylist(r), QStringLiteral("轮播间隔至少为 3 分钟。"));
 }
 
 void TestPlaylistExporter::intervalBounds_data()
 {
     QTest::addColumn<int>("minutes");
     QTest::addColumn<QString>("error");
-    QTest::newRow("2") << 2 << "轮播间隔至少为 3 分钟。";
-    QTest::newRow("-5") << -5 << "轮播间隔至少为 3 分钟。";
+    QTest::newRow("2") << 2 << "The slideshow interval must be at least 3 minutes.";
+    QTest::newRow("-5") << -5 << "The slideshow interval must be at least 3 minutes.";
     QTest::newRow("3") << 3 << "";
     QTest::newRow("50000") << 50000 << "";
-    QTest::newRow("50001") << 50001 << "轮播间隔不能超过 50000 分钟。";
+    QTest::newRow("50001") << 50001 << "The slideshow interval cannot exceed 50000 minutes.";
 }
 
 void TestPlaylistExporter::intervalBounds()
@@ -253,19 +258,18 @@ void TestPlaylistExporter::emptyOutputDirIsRefused()
 {
     PlaylistExportRequest r = request(1);
     r.outputDir.clear();
-    QCOMPARE(PlaylistExporter::exportPlaylist(r), QStringLiteral("请指定 vl_play 输出目录。"));
+    QCOMPARE(PlaylistExporter::exportPlaylist(r), QStringLiteral("Specify the vl_play output folder."));
 }
 
-void TestPlaylistExporter::missingBinStopsAndKeepsEarlierCopies()
+void TestPlaylistExporter::missingBinWritesNothing()
 {
     PlaylistExportRequest r = request(3);
     const QString gone = m_dir.filePath("bins/gone.bin");
     r.sourcePaths[1] = gone;
-    QCOMPARE(PlaylistExporter::exportPlaylist(r), QStringLiteral("BIN 文件不存在: ") + gone);
-    const QDir out(r.outputDir);
-    QVERIFY(QFileInfo::exists(out.filePath("frame_000.bin")));
-    QVERIFY(!QFileInfo::exists(out.filePath("frame_001.bin")));
-    QVERIFY(!QFileInfo::exists(out.filePath("playlist.json")));
+    QCOMPARE(PlaylistExporter::exportPlaylist(r),
+             QStringLiteral("BIN file does not exist: %1\n\nNo package was written.").arg(gone));
+    QVERIFY(!QFileInfo::exists(r.outputDir));
+    QCOMPARE(QDir(m_dir.filePath("out")).entryList(QDir::AllEntries | QDir::NoDotAndDotDot), QStringList());
 }
 
 void TestPlaylistExporter::nativeSeparatorsAreAccepted()
@@ -295,28 +299,38 @@ void TestPlaylistExporter::outputDirThatCannotBeCreated()
     PlaylistExportRequest r = request(1);
     QVERIFY(TestFiles::write(m_dir.filePath("blocker"), "a file, not a folder"));
     r.outputDir = m_dir.filePath("blocker/vl_play");
-    QCOMPARE(PlaylistExporter::exportPlaylist(r), QStringLiteral("无法创建目录: ") + r.outputDir);
+    QCOMPARE(PlaylistExporter::exportPlaylist(r),
+             QStringLiteral("Cannot write to the save location:\n%1\n\nNot a directory\n\n"
+                            "Choose a folder you can write to.")
+                 .arg(m_dir.filePath("blocker")));
+    QCOMPARE(TestFiles::read(m_dir.filePath("blocker")), QByteArray("a file, not a folder"));
 }
 
-void TestPlaylistExporter::playlistJsonThatCannotBeOpened()
+void TestPlaylistExporter::folderInTheWayIsNotTouched()
 {
     PlaylistExportRequest r = request(1);
+    // A folder named like the playlist inside the old package is not the package's own.
     QVERIFY(QDir().mkpath(QDir(r.outputDir).filePath("playlist.json")));
-    const QString jsonPath = QDir(r.outputDir).filePath("playlist.json");
-    QCOMPARE(PlaylistExporter::exportPlaylist(r), QStringLiteral("无法写入 playlist.json: ") + jsonPath);
-    QVERIFY(QFileInfo::exists(QDir(r.outputDir).filePath("frame_000.bin")));
-    QDir(jsonPath).removeRecursively();
+    QCOMPARE(
+        PlaylistExporter::exportPlaylist(r),
+        QStringLiteral("The folder %1 holds files that are not part of a playback package:\nplaylist.json\n\n"
+                       "Move them elsewhere, then try again. Nothing was changed.")
+            .arg(r.outputDir));
+    QVERIFY(QFileInfo(QDir(r.outputDir).filePath("playlist.json")).isDir());
 }
 
 void TestPlaylistExporter::copyFailureNamesBothPaths()
 {
     PlaylistExportRequest r = request(1);
-    // A folder in the way of the frame file: it cannot be removed by QFile, so the copy fails.
-    const QString target = QDir(r.outputDir).filePath("frame_000.bin");
-    QVERIFY(QDir().mkpath(QDir(target).filePath("inner")));
-    QCOMPARE(PlaylistExporter::exportPlaylist(r),
-             QStringLiteral("Copy failed: %1 → %2").arg(r.sourcePaths.at(0), target));
-    QDir(target).removeRecursively();
+    // A folder where the frame should be: it exists, but cannot be read as a file.
+    QVERIFY(QDir().mkpath(m_dir.filePath("bins/folder.bin")));
+    r.sourcePaths[0] = m_dir.filePath("bins/folder.bin");
+    const QString error = PlaylistExporter::exportPlaylist(r);
+    QVERIFY2(error.startsWith(QStringLiteral("Copy failed: %1 → %2\n")
+                                  .arg(r.sourcePaths.at(0), QDir(r.outputDir).filePath("frame_000.bin"))),
+             qPrintable(error));
+    QVERIFY(error.endsWith(QStringLiteral("\n\nNo package was written.")));
+    QVERIFY(!QFileInfo::exists(r.outputDir));
 }
 
 QTEST_GUILESS_MAIN(TestPlaylistExporter)

@@ -22,7 +22,7 @@ private Q_SLOTS:
     void chineseUsesColonsTheRelabellingMatches();
     void versionAndTitle();
     void listEntries();
-    void chineseOnlyMessagesReadTheSameInEnglish();
+    void writerAndConfigurationMessagesFollowTheLanguage();
     void fillModeTexts();
 };
 
@@ -199,17 +199,26 @@ void TestAppStrings::listEntries()
     QCOMPARE(Str::tableHeadersInternal().size(), 7);
 }
 
-void TestAppStrings::chineseOnlyMessagesReadTheSameInEnglish()
+void TestAppStrings::writerAndConfigurationMessagesFollowTheLanguage()
 {
+    QCOMPARE(Str::configFileNotFound(QStringLiteral("tarngui_lite.json")),
+             QStringLiteral("tarngui_lite.json not found"));
+    QCOMPARE(Str::configMissingVariants(),
+             QStringLiteral("The configuration file has no \"variants\" section"));
+    QCOMPARE(Str::configVariantMissingExecutable(QStringLiteral("lite")),
+             QStringLiteral("variants.lite has no \"executable\""));
+    QCOMPARE(Str::playlistIntervalTooShort(),
+             QStringLiteral("The slideshow interval must be at least 3 minutes."));
+    QCOMPARE(Str::playlistCannotCreateDir(QStringLiteral("/x")),
+             QStringLiteral("Cannot create the folder: /x"));
+    LanguageGuard zh(UiLanguage::Chinese);
     QCOMPARE(Str::configFileNotFound(QStringLiteral("tarngui_lite.json")),
              QStringLiteral("未找到 tarngui_lite.json"));
     QCOMPARE(Str::configMissingVariants(), QStringLiteral("配置文件缺少 variants 节点"));
     QCOMPARE(Str::configVariantMissingExecutable(QStringLiteral("lite")),
              QStringLiteral("variants.lite 缺少 executable"));
     QCOMPARE(Str::playlistIntervalTooShort(), QStringLiteral("轮播间隔至少为 3 分钟。"));
-    const QString english = Str::playlistNeedsFrame();
-    LanguageGuard zh(UiLanguage::Chinese);
-    QCOMPARE(Str::playlistNeedsFrame(), english);
+    QCOMPARE(Str::playlistCannotCreateDir(QStringLiteral("/x")), QStringLiteral("无法创建目录: /x"));
 }
 
 void TestAppStrings::fillModeTexts()

@@ -1,0 +1,161 @@
+#include "playlist/PackageWriter.h"
+
+#include "playlist/FileWriter.h"
+#include "ui/AppStrings.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QRandomGenerator>
+#include <QRegularExpression>
+
+namespace PackageWriter {
+
+namespace {
+
+QString native(const QString &path) { return QDir::toNativeSeparators(path); }
+
+QString sibling(const QString &targetDir, const char *tag)
+{
+    const QString suffix = QString::number(QRandomGenerator::global()->generate64() & 0xffffffffffULL, 36);
+    return targetDir + QLatin1Char('.') + QLatin1String(tag) + QLatin1Char('-') + suffix;
+}
+
+// Why a folder cannot be made here: the system's reason for a file that cannot be created
+// beside it (QDir::mkdir gives none).
+QString whyNotWritable(const QString &folder)
+{
+    QFile probe(folder + QStringLiteral(".probe"));
+    if (probe.open(QIODevice::WriteOnly)) {
+        probe.remove();
+        return QString();
+    }
+    return probe.errorString();
+}
+
+// The names in an existing package folder that a replacement must not remove.
+QStringList foreignEntries(const QString &targetDir)
+{
+    QStringList foreign;
+    const QFileInfoList entries = QDir(targetDir).entryInfoList(
+        QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot, QDir::Name);
+    for (const QFileInfo &entry : entries) {
+        if (!entry.isFile() || entry.isSymLink() || !isPackageFile(entry.fileName()))
+            foreign << entry.fileName();
+    }
+    return foreign;
+}
+
+QString targetProblem(const QString &targetDir)
+{
+    const QFileInfo target(targetDir);
+    if (target.exists() && (!target.isDir() || target.isSymLink()))
+        return Str::packageNotAFolder(native(targetDir));
+    if (target.isDir()) {
+        const QStringList foreign = foreignEntries(targetDir);
+        if (!foreign.isEmpty())
+            return Str::packageHoldsForeignFiles(native(targetDir), foreign);
+    }
+    const QString parent = target.absolutePath();
+    if (!QDir().mkpath(parent))
+        return Str::saveLocationNotWritable(native(parent), whyNotWritable(targetDir));
+    return QString();
+}
+
+// A failure after the new folder was made: it goes, the old package stays, and the message
+// says which of the two the user now has.
+QString abandon(const QString &partial, const QString &targetDir, const QString &message)
+{
+    QDir(partial).removeRecursively();
+    const QString outcome = QFileInfo(targetDir).isDir() ? Str::packageLeftUnchanged(native(targetDir))
+                                                         : Str::packageNothingWritten();
+    return message + QStringLiteral("\n\n") + outcome;
+}
+
+} // namespace
+
+bool isPackageFile(const QString &fileName)
+{
+    static const QRegularExpression frame(QStringLiteral("^frame_\\d{3,}\\.bin$"));
+    static const QStringList litter = {QStringLiteral("Thumbs.db"), QStringLiteral("desktop.ini"),
+                                       QStringLiteral(".DS_Store")};
+    return fileName == QLatin1String("playlist.json") || frame.match(fileName).hasMatch() ||
+           litter.contains(fileName) || fileName.startsWith(QLatin1String("._"));
+}
+
+QString checkTarget(const QString &targetDir)
+{
+    const QString target = QDir::cleanPath(QDir::fromNativeSeparators(targetDir));
+    const QString problem = targetProblem(target);
+    if (!problem.isEmpty())
+        return problem;
+    const QString probe = sibling(target, "partial");
+    if (!QDir().mkdir(probe)) {
+        const QString parent = QFileInfo(target).absolutePath();
+        return Str::saveLocationNotWritable(native(parent), whyNotWritable(probe));
+    }
+    // A file can be made in it (an empty one: whether there is room is the export's to find).
+    QFile file(QDir(probe).filePath(QStringLiteral("probe")));
+    const bool writable = file.open(QIODevice::WriteOnly);
+    const QString reason = file.errorString();
+    file.close();
+    QDir(probe).removeRecursively();
+    if (!writable)
+        return Str::saveLocationNotWritable(native(QFileInfo(target).absolutePath()), reason);
+    return QString();
+}
+
+QString write(const QString &targetDir, const QList<Frame> &frames, const QByteArray &playlistJson)
+{
+    const QString target = QDir::cleanPath(QDir::fromNativeSeparators(targetDir));
+    const QString problem = targetProblem(target);
+    if (!problem.isEmpty())
+        return problem;
+
+    const QString partial = sibling(target, "partial");
+    if (!QDir().mkdir(partial))
+        return abandon(
+            partial, target,
+            Str::withReason(Str::playlistCannotCreateDir(native(target)), whyNotWritable(partial)));
+
+    // Messages name the files as they will be in the package, not in the hidden new folder.
+    const QDir in(partial);
+    const QDir shown(target);
+    QString reason;
+    for (const Frame &frame : frames) {
+        const QString source = QDir::fromNativeSeparators(frame.source);
+        if (!QFileInfo::exists(source))
+            return abandon(partial, target, Str::playlistBinMissing(source));
+        if (!FileWriter::copyAll(source, in.filePath(frame.name), &reason))
+            return abandon(partial, target,
+                           Str::withReason(Str::copyFailed(source, shown.filePath(frame.name)), reason));
+    }
+    const QString json = QStringLiteral("playlist.json");
+    if (!FileWriter::writeAll(in.filePath(json), playlistJson, &reason)) {
+        // One that could not even be made, or one made but not written in full.
+        const QString shownJson = shown.filePath(json);
+        const QString message = QFileInfo::exists(in.filePath(json)) ? Str::writePlaylistFailed(shownJson)
+                                                                     : Str::playlistCannotOpenJson(shownJson);
+        return abandon(partial, target, Str::withReason(message, reason));
+    }
+
+    // The swap: the old package aside, the new one in, the old one gone. Each rename is on one
+    // volume; if the second fails the first is undone.
+    QString old;
+    if (QFileInfo::exists(target)) {
+        old = sibling(target, "old");
+        if (!QDir().rename(target, old))
+            return abandon(partial, target, Str::packageCannotReplace(native(target), qt_error_string(-1)));
+    }
+    if (!QDir().rename(partial, target)) {
+        const QString why = qt_error_string(-1);
+        if (!old.isEmpty())
+            QDir().rename(old, target);
+        return abandon(partial, target, Str::withReason(Str::playlistCannotCreateDir(native(target)), why));
+    }
+    if (!old.isEmpty())
+        QDir(old).removeRecursively();
+    return QString();
+}
+
+} // namespace PackageWriter
