@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # The Windows-only code, checked on Linux: every file with a Windows branch must compile
-# for Windows with MinGW (warnings are errors), and the WIC decoding core must decode and
-# fail as expected when run under wine. Exits 77 (skipped) when the tools are missing.
+# for Windows with MinGW (warnings are errors), the WIC decoding core must decode and fail as
+# expected when run under wine, and the job object must end a child with its program. Exits 77 (skipped) when the tools are missing.
 #
 # check_windows.sh SOURCE_DIR WORK_DIR FIXTURE_TOOL QT_INCLUDE_DIRS(|-separated)
 set -uo pipefail
@@ -32,6 +32,8 @@ windows_files=(
     src/images/HeifDecoderWic.cpp
     src/app/MainWindowRun.cpp
     src/app/MainWindowProcessor.cpp
+    src/processor/ChildProcessGuard.cpp
+    src/processor/JobObjectWin.cpp
 )
 for file in "${windows_files[@]}"; do
     if ! "$cxx" -std=c++17 -fsyntax-only -Wall -Wextra -Werror -I "$src/src" "${isystem[@]}" "$src/$file" 2>"$work/syntax.log"; then
@@ -70,6 +72,23 @@ expect "5 fail CreateDecoderFromFilename 0x88982f50"   # no decoder for a text f
 expect "6 fail CreateDecoderFromFilename 0x88982f50"   # wine has no HEIF codec
 grep -Eq '^2 ok 8 6 2(4[5-9]|5[0-5]) 2(4[5-9]|5[0-5]) 2(4[5-9]|5[0-5]) 255$' "$work/probe.txt" \
     || fail "the JPEG did not decode to 8x6 near-white opaque pixels"
+
+# c. The job object that ends the processor with the program, cross-compiled and run under wine.
+if ! "$cxx" -std=c++17 -O1 -Wall -Wextra -Werror -static -municode -I "$src/src" \
+        "$src/tests/windows/job_probe.cpp" "$src/src/processor/JobObjectWin.cpp" \
+        -o "$work/job_probe.exe" 2>"$work/job_link.log"; then
+    fail "the job probe does not build:"
+    head -20 "$work/job_link.log"
+else
+    timeout 120 wine "$work/job_probe.exe" > "$work/job.out" 2>"$work/job.err" </dev/null
+    status=$?
+    wineserver -k 2>/dev/null || true
+    [ "$status" -eq 0 ] || fail "the job probe exited with $status under wine"
+    tr -d '\r' < "$work/job.out" > "$work/job.txt"
+    cat "$work/job.txt"
+    grep -qx "guarded ended" "$work/job.txt" || fail "a child in the job outlived the program that started it"
+    grep -qx "unguarded outlived" "$work/job.txt" || fail "the probe cannot tell a guarded child from another"
+fi
 
 if [ "$failures" -gt 0 ]; then
     echo "$failures check(s) failed"

@@ -1,0 +1,107 @@
+#include "run/KeySnapshot.h"
+
+#include "playlist/FileWriter.h"
+#include "ui/AppStrings.h"
+
+#include <QCryptographicHash>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include <algorithm>
+
+namespace {
+const QString kStagedKeySuffix = QStringLiteral("json"); // for a key file without suffix
+
+QByteArray readAll(const QString &path, bool *ok)
+{
+    QFile file(path);
+    *ok = file.open(QIODevice::ReadOnly);
+    return *ok ? file.readAll() : QByteArray();
+}
+
+bool isPlainAscii(const QString &text)
+{
+    return std::all_of(text.begin(), text.end(), [](QChar c) { return c.unicode() < 128; });
+}
+} // namespace
+
+KeySnapshot KeySnapshot::read(const QString &path, QString *error)
+{
+    const QString absolute = QDir::toNativeSeparators(QFileInfo(path).absoluteFilePath());
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly)) {
+        if (error)
+            *error = Str::keyFileUnreadable(absolute, file.errorString());
+        return KeySnapshot();
+    }
+    const QByteArray bytes = file.readAll();
+    QJsonParseError parse{};
+    const QJsonDocument document = QJsonDocument::fromJson(bytes, &parse);
+    if (parse.error != QJsonParseError::NoError || !document.isObject()) {
+        if (error)
+            *error = Str::keyFileNotAKey(absolute, parse.error != QJsonParseError::NoError
+                                                       ? parse.errorString()
+                                                       : QStringLiteral("not a JSON object"));
+        return KeySnapshot();
+    }
+    const QJsonObject key = document.object();
+    KeySnapshot snapshot;
+    snapshot.m_path = absolute;
+    snapshot.m_bytes = bytes;
+    snapshot.m_panel = key.value(QStringLiteral("panel")).toString();
+    snapshot.m_deviceId = key.value(QStringLiteral("device_id")).toString();
+    snapshot.m_uid = key.value(QStringLiteral("uid")).toString();
+    return snapshot;
+}
+
+QByteArray KeySnapshot::fingerprint() const
+{
+    return isNull() ? QByteArray() : QCryptographicHash::hash(m_bytes, QCryptographicHash::Sha256).toHex();
+}
+
+QString KeySnapshot::guiPanelType() const
+{
+    // The key names the panel by its code ("28.5"); a GUI type there ("285") is taken too.
+    const PanelSpec spec = panel();
+    return spec.ok ? PlaylistExporter::pubkeyPanelToGuiType(spec.panel) : QString();
+}
+
+PanelSpec KeySnapshot::panel() const
+{
+    if (m_panel.isEmpty())
+        return PanelSpec();
+    const PanelSpec direct = PlaylistExporter::panelFromGuiType(m_panel, QString());
+    return direct.ok ? direct
+                     : PlaylistExporter::panelFromGuiType(PlaylistExporter::pubkeyPanelToGuiType(m_panel),
+                                                          QString());
+}
+
+bool KeySnapshot::fileStillMatches() const
+{
+    bool ok = false;
+    const QByteArray now = readAll(m_path, &ok);
+    return ok && now == m_bytes;
+}
+
+QString KeySnapshot::pathForProcessor(const QString &stagingDir) const
+{
+    const QString absolute = QDir::fromNativeSeparators(m_path);
+    const bool unchanged = fileStillMatches();
+    if (unchanged && isPlainAscii(absolute))
+        return absolute;
+    const QString suffix = QFileInfo(absolute).suffix();
+    const QString copy =
+        QDir(stagingDir)
+            .filePath(QStringLiteral("device_key.") + (suffix.isEmpty() ? kStagedKeySuffix : suffix));
+    bool ok = false;
+    if (readAll(copy, &ok) == m_bytes && ok)
+        return copy; // staged before and still the same key
+    QDir().mkpath(stagingDir);
+    QFile::remove(copy);
+    if (!FileWriter::writeAll(copy, m_bytes, nullptr))
+        return absolute;
+    return copy;
+}

@@ -1,0 +1,48 @@
+#pragma once
+
+#include "playlist/PlaylistExporter.h"
+
+#include <QByteArray>
+#include <QString>
+
+// The device key file as read once: its bytes and what the tool reads from them (panel,
+// device id, account). A run takes one snapshot at Start and makes its frames and its
+// playlist from it, whatever happens to the file afterwards: while the file still holds the
+// same bytes the processor gets the file as the user chose it, otherwise a copy of the
+// snapshot. A null snapshot stands for "no key file".
+class KeySnapshot
+{
+public:
+    KeySnapshot() = default;
+
+    // Reads and parses the file; on failure a null snapshot and the user-facing reason.
+    static KeySnapshot read(const QString &path, QString *error);
+
+    bool isNull() const { return m_path.isEmpty(); }
+    QString path() const { return m_path; } // absolute, native separators
+    QByteArray bytes() const { return m_bytes; }
+    QByteArray fingerprint() const; // a digest of the bytes; empty for a null snapshot
+    QString panelCode() const { return m_panel; }
+    QString deviceId() const { return m_deviceId; }
+    QString accountUid() const { return m_uid; }
+
+    // The GUI panel type the key names ("133"), empty when it names none that is known.
+    QString guiPanelType() const;
+    // The panel the key names, not ok when it names none that is known.
+    PanelSpec panel() const;
+
+    // True while the file on disk holds exactly the snapshot's bytes.
+    bool fileStillMatches() const;
+
+    // The key path to give the processor: the file itself while it is unchanged and its path
+    // is plain ASCII; otherwise "device_key.<suffix>" in stagingDir holding the snapshot's
+    // bytes (kept while it does). Falls back to the file's own path when no copy can be made.
+    QString pathForProcessor(const QString &stagingDir) const;
+
+private:
+    QString m_path;
+    QByteArray m_bytes;
+    QString m_panel;
+    QString m_deviceId;
+    QString m_uid;
+};
