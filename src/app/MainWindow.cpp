@@ -1,6 +1,10 @@
 // Construction, events and the log.
 #include "app/MainWindow.h"
 
+#include "app/SettingsLocation.h"
+#include "images/ImageLoader.h"
+#include "run/ScratchFolders.h"
+
 #include <QCloseEvent>
 #include <QCoreApplication>
 #include <QDialog>
@@ -16,13 +20,14 @@ const QString MainWindow::kTempPreprocDir = QStringLiteral("/tarngui_preproc");
 
 std::unique_ptr<QSettings> appSettings()
 {
-    const QString path = QCoreApplication::applicationDirPath() + QStringLiteral("/VeloraOfflineTool.ini");
-    return std::make_unique<QSettings>(path, QSettings::IniFormat);
+    return std::make_unique<QSettings>(SettingsLocation::path(), QSettings::IniFormat);
 }
 
 MainWindow::MainWindow(QWidget *parent)
     : QMainWindow(parent)
+    , m_scratch(std::make_unique<ScratchFolders>())
 {
+    ImageLoader::pruneHeicCache(ImageLoader::kHeicCacheLimitBytes);
     setupMenuBar();
     setupUI();
     loadProcessorConfig();
@@ -34,6 +39,7 @@ MainWindow::~MainWindow()
 {
     saveSettings();
     // A processor still running is killed; its end no longer reaches the run, which is over.
+    // Then this window's scratch folders go (ScratchFolders).
     m_processing = false;
     if (m_process && m_process->state() != QProcess::NotRunning) {
         m_process->disconnect(this);
@@ -49,7 +55,7 @@ void MainWindow::showEvent(QShowEvent *event)
     QMainWindow::showEvent(event);
     if (!m_startupCheckDone) {
         m_startupCheckDone = true;
-        checkProcessorAtStartup();
+        checkProcessorAtStartup(); // its self-test runs in the background
     }
 }
 

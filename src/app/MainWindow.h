@@ -3,6 +3,7 @@
 #include "playlist/PlaylistExporter.h"
 #include "preprocess/ImagePreprocess.h"
 #include "processor/ProcessorConfig.h"
+#include "run/KeySnapshot.h"
 #include "ui/AppStrings.h"
 #include "ui/UiLanguage.h"
 
@@ -13,10 +14,12 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 
 class ImageTableWidget;
 class PreprocControlPanel;
 class PreprocWidget;
+class ProcessorSelfTest;
 class QAction;
 class QCheckBox;
 class QComboBox;
@@ -30,13 +33,22 @@ class QPlainTextEdit;
 class QProgressBar;
 class QPushButton;
 class QSpinBox;
+class ScratchFolders;
 
-// The settings file "VeloraOfflineTool.ini" beside the executable; a fresh object each call.
+// The settings file "VeloraOfflineTool.ini" (beside the executable while it can be kept there,
+// SettingsLocation); a fresh object each call.
 std::unique_ptr<QSettings> appSettings();
 
 // The main window: owns all state of the tool, its three-step layout, the image table and the
 // processing run. Its member functions are spread over files named for the concern they
 // implement (MainWindow*.cpp).
+//
+// Every row has an id of its own from the moment it is added; the processor's output of a
+// row is named by that id and lives in this window's own staging folder. A finished row
+// keeps its output, with a stamp of what it was made from (picture, state, frame settings,
+// key), until that changes: then the row is Pending again and its output goes. So a run
+// processes only Pending rows, reordering never credits an output to the wrong row, and the
+// package is always made of the Done rows, in table order.
 class MainWindow : public QMainWindow
 {
     Q_OBJECT
@@ -52,6 +64,8 @@ public:
     static constexpr int kBaseDirRole = Qt::UserRole + 1;
     static constexpr int kTempPreprocRole = Qt::UserRole + 2;
     static constexpr int kHeicCacheRole = Qt::UserRole + 3;
+    static constexpr int kRowIdRole = Qt::UserRole + 4;       // the row's id, for its whole life
+    static constexpr int kOutputStampRole = Qt::UserRole + 5; // what its status was reached from
     static constexpr int kPlaylistFrameLimit = PlaylistExporter::kMaxFrames;
     static constexpr int kRowHeight = 140;
     static constexpr int kDefaultIntervalMinutes = 30;
@@ -80,6 +94,14 @@ public:
     void cleanupHeicCache(int row);
     void setRowStatus(int row, Str::RowStatus status, int exitCode = 0);
     PreprocWidget *preprocWidgetAt(int row) const;
+
+    // Row identity and the outputs kept for finished rows
+    quint64 rowId(int row) const;
+    int rowForId(quint64 id) const;
+    QByteArray rowInputStamp(int row, const QByteArray &keyFingerprint) const;
+    void markRowChanged(int row);
+    void revalidateRows();
+    int rowCountWithStatus(const QList<Str::RowStatus> &statuses) const;
     ImageTableWidget *imageTable() const { return m_imageTable; }
     bool isProcessing() const { return m_processing; }
 
@@ -113,6 +135,7 @@ public:
 
     // The run and the processor's command line
     static QString tempPreprocDir();
+    QString renderDir() const;
     QString liteBinStagingDir() const;
     QString resolveOutputPathsForRow(int row) const;
     QStringList buildArgs(int row);
@@ -128,7 +151,8 @@ public:
     QString playlistParentDir() const;
     void openOutputOrPlaylistDir();
     bool buildPlaylistRequest(PlaylistExportRequest *request, QString *message) const;
-    bool runPlaylistExport(bool interactive);
+    // failure: for a silent export that did not write the package, the reason to show.
+    bool runPlaylistExport(bool interactive, QString *failure = nullptr);
 
 public Q_SLOTS:
     void onBrowseExe();
@@ -181,6 +205,18 @@ private:
     void loadSettings();
     void saveSettings();
     void finishRun();
+    int currentRunRow() const;
+    int nextPendingRow() const;
+    void runStartupSelfTest(const QString &dir);
+    bool takeKeySnapshotForRun();
+    bool checkSaveLocationForRun() const;
+    void waitForStoppedProcessor();
+    QByteArray currentKeyFingerprint() const;
+    void revalidateRows(const QByteArray &keyFingerprint);
+    void discardOutput(int row);
+    void finishRow(int row, Str::RowStatus status, int exitCode = 0);
+    QString keyArgumentPath() const;
+    void onRowPreprocessingChanged(PreprocWidget *widget);
     static bool isReservedVariant(const QString &id);
     static QString variantSettingsKey(const QString &id, const char *field);
     void logProcessOutput(const QByteArray &bytes, bool standardError);
@@ -277,4 +313,12 @@ private:
     bool m_processing = false;
     int m_successCount = 0;
     bool m_startupCheckDone = false;
+    std::unique_ptr<ScratchFolders> m_scratch;
+    ProcessorSelfTest *m_selfTest = nullptr;
+    quint64 m_nextRowId = 1;
+    quint64 m_currentRowId = 0;          // the row the processor works on, wherever it moves
+    QByteArray m_currentRowStamp;        // what that row was rendered from
+    bool m_stopRequested = false;        // the processor was killed by Stop; its end is not a result
+    std::optional<KeySnapshot> m_runKey; // the key of the last run, its frames and its package
+    int m_packageFrames = 0;             // frames in the package the last export wrote
 };

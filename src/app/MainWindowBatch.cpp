@@ -22,7 +22,11 @@ int MainWindow::applyToRowWidgets(const QList<int> &rows, const QString &title,
         PreprocWidget *widget = preprocWidgetAt(row);
         if (!widget)
             return false; // not a row widget: skipped and not counted
+        const PreprocState before = widget->state();
         action(widget);
+        if (widget->state().fillMode != before.fillMode ||
+            widget->state().rotationDegrees != before.rotationDegrees)
+            markRowChanged(row);
         widget->refreshPreviewDisplay();
         ++changed;
         return true;
@@ -117,6 +121,7 @@ void MainWindow::updatePreprocPanelSettings()
     applyToRowWidgets(
         rows, Str::frameSettingsProgressTitle(), &Str::frameSettingsProgress,
         [panel, landscape](PreprocWidget *widget) { widget->setFrameSettings(panel, landscape, false); });
+    revalidateRows(); // frames made for other settings, or with another key, are made again
 }
 
 void MainWindow::refreshPreprocLanguage()

@@ -1,10 +1,13 @@
-// The processor's command line for a row, the checks made before a run, and the choosers of
-// the processor's paths.
+// The processor's command line for a row, the checks made before a run (the settings, the
+// key read once, the save location), and the choosers of the processor's paths.
 #include "app/MainWindow.h"
 
+#include "images/ImageLoader.h"
 #include "images/ImageTableWidget.h"
+#include "playlist/PackageWriter.h"
 #include "preprocess/PreprocWidget.h"
 #include "processor/ProcessorConfig.h"
+#include "run/ScratchFolders.h"
 
 #include <QComboBox>
 #include <QDir>
@@ -15,47 +18,11 @@
 #include <QMessageBox>
 #include <QStandardPaths>
 
-#include <algorithm>
-
 namespace {
 
 const QString kDefaultKeyFlag = QStringLiteral("--pubkey");
-const QString kStagedKeySuffix = QStringLiteral("json"); // for a key file without suffix
-
-// The last staging of a key file whose own path is not plain ASCII, for the whole process.
-QString g_lastKeySource;
-QString g_lastStagedKey;
 
 QString tempLocation() { return QStandardPaths::writableLocation(QStandardPaths::TempLocation); }
-
-bool isPlainAscii(const QString &text)
-{
-    return std::all_of(text.begin(), text.end(), [](QChar c) { return c.unicode() < 128; });
-}
-
-// A key path that survives the trip to the processor: the path itself when it is plain
-// ASCII, else a copy under an ASCII name (reused while it exists), else the path itself.
-QString keyPathForProcessor(const QString &keyFile)
-{
-    const QString absolute = QFileInfo(keyFile).absoluteFilePath();
-    if (isPlainAscii(absolute))
-        return QDir::fromNativeSeparators(absolute);
-    if (absolute == g_lastKeySource && QFileInfo::exists(g_lastStagedKey))
-        return g_lastStagedKey;
-    const QString stagingDir = tempLocation() + QStringLiteral("/tarngui_pubkey");
-    QDir().mkpath(stagingDir);
-    const QString suffix = QFileInfo(absolute).suffix();
-    const QString copy =
-        QDir(stagingDir)
-            .filePath(QStringLiteral("device_key.") + (suffix.isEmpty() ? kStagedKeySuffix : suffix));
-    if (QFileInfo::exists(copy))
-        QFile::remove(copy);
-    if (!QFile::copy(absolute, copy))
-        return QDir::fromNativeSeparators(absolute);
-    g_lastKeySource = absolute;
-    g_lastStagedKey = copy;
-    return copy;
-}
 
 } // namespace
 
@@ -65,15 +32,61 @@ QString MainWindow::tempPreprocDir()
     return dir;
 }
 
-QString MainWindow::liteBinStagingDir() const
-{
-    return tempLocation() + QStringLiteral("/tarngui_lite_bins");
-}
+QString MainWindow::renderDir() const { return m_scratch->renderDir(); }
+
+QString MainWindow::liteBinStagingDir() const { return m_scratch->stagingDir(); }
 
 QString MainWindow::resolveOutputPathsForRow(int row) const
 {
-    return QDir::fromNativeSeparators(
-        QDir(liteBinStagingDir()).filePath(QStringLiteral("row_%1.bin").arg(row, 4, 10, QLatin1Char('0'))));
+    // Named by the row's id, not its position: the output stays the row's wherever it moves.
+    const QString name = QStringLiteral("out_%1.bin").arg(rowId(row), 6, 10, QLatin1Char('0'));
+    return QDir::fromNativeSeparators(QDir(liteBinStagingDir()).filePath(name));
+}
+
+QString MainWindow::keyArgumentPath() const
+{
+    // A run passes the key it read at Start; outside a run, the file as it is now.
+    if (m_processing && m_runKey && !m_runKey->isNull())
+        return m_runKey->pathForProcessor(m_scratch->keyDir());
+    const KeySnapshot key = KeySnapshot::read(currentKeyFilePath(), nullptr);
+    if (!key.isNull())
+        return key.pathForProcessor(m_scratch->keyDir());
+    return QDir::fromNativeSeparators(QFileInfo(currentKeyFilePath()).absoluteFilePath());
+}
+
+bool MainWindow::takeKeySnapshotForRun()
+{
+    const QString path = currentKeyFilePath();
+    if (!m_keyFileEdit || path.isEmpty()) {
+        m_runKey = KeySnapshot(); // no key: unencrypted, as without a run
+        return true;
+    }
+    QString error;
+    const KeySnapshot key = KeySnapshot::read(path, &error);
+    if (key.isNull()) {
+        QMessageBox::warning(this, Str::keyFileProblemTitle(), error);
+        return false;
+    }
+    // A key for another panel than the one the frames would be made for is refused.
+    const QString keyType = key.guiPanelType();
+    const QString chosenType = m_panelTypeCombo ? m_panelTypeCombo->currentText().trimmed() : QString();
+    if (!keyType.isEmpty() && keyType != chosenType) {
+        QMessageBox::warning(this, Str::keyFileProblemTitle(),
+                             Str::keyFilePanelMismatch(key.path(), keyType, chosenType));
+        return false;
+    }
+    m_runKey = key;
+    return true;
+}
+
+bool MainWindow::checkSaveLocationForRun() const
+{
+    const QString problem =
+        PackageWriter::checkTarget(QDir(playlistParentDir()).filePath(QStringLiteral("vl_play")));
+    if (problem.isEmpty())
+        return true;
+    QMessageBox::warning(window(), Str::settingsErrorTitle(), problem);
+    return false;
 }
 
 QStringList MainWindow::buildArgs(int row)
@@ -82,12 +95,17 @@ QStringList MainWindow::buildArgs(int row)
     QTableWidgetItem *file = m_imageTable->item(row, FileColumn);
 
     QString input = file ? QDir::fromNativeSeparators(file->data(kSourcePathRole).toString()) : QString();
-    const QString heicCache = file ? file->data(kHeicCacheRole).toString() : QString();
+    QString heicCache = file ? file->data(kHeicCacheRole).toString() : QString();
+    if (!heicCache.isEmpty() && !QFileInfo::exists(heicCache)) {
+        // The cache was pruned or cleared since the row was added: convert again.
+        heicCache = ImageLoader::resolveProcessorInputPath(file->data(kSourcePathRole).toString());
+        file->setData(kHeicCacheRole, heicCache);
+    }
     if (!heicCache.isEmpty())
         input = heicCache;
     PreprocWidget *widget = preprocWidgetAt(row);
     if (widget && widget->state().fillMode != FillMode::Direct) {
-        const QString rendered = widget->applyPreprocessing(tempPreprocDir());
+        const QString rendered = widget->applyPreprocessing(renderDir());
         if (!rendered.isEmpty()) {
             if (file)
                 file->setData(kTempPreprocRole, rendered);
@@ -107,8 +125,7 @@ QStringList MainWindow::buildArgs(int row)
                                       : VariantConfig();
     const QString keyFile = currentKeyFilePath();
     if (m_keyFileEdit && !keyFile.isEmpty())
-        args << (variant.keyFileArg.isEmpty() ? kDefaultKeyFlag : variant.keyFileArg)
-             << keyPathForProcessor(keyFile);
+        args << (variant.keyFileArg.isEmpty() ? kDefaultKeyFlag : variant.keyFileArg) << keyArgumentPath();
 
     args << variant.extraArgs; // omit_args is read but removes nothing from this list, on purpose
     return args;

@@ -230,6 +230,7 @@ void MainWindow::addSingleFile(const QString &path, const QString &baseDir, QSet
     file->setData(kBaseDirRole, baseDir);
     file->setData(kTempPreprocRole, QString());
     file->setData(kHeicCacheRole, heicCache);
+    file->setData(kRowIdRole, m_nextRowId++);
     file->setToolTip(absolute);
     m_imageTable->setItem(row, FileColumn, file);
 
@@ -237,6 +238,8 @@ void MainWindow::addSingleFile(const QString &path, const QString &baseDir, QSet
     // No redraw here: the widget draws its first thumbnail once the row is in place.
     widget->setFrameSettings(panelResolution(), isLandscapeOrientation(), false);
     widget->applyLanguage();
+    connect(widget, &PreprocWidget::preprocessingChanged, this,
+            [this, widget] { onRowPreprocessingChanged(widget); });
     m_imageTable->setCellWidget(row, FileColumn, widget);
 
     // The 72-pixel thumbnail comes from the picture the row widget has already decoded.

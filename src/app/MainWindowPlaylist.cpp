@@ -8,11 +8,8 @@
 #include <QComboBox>
 #include <QDesktopServices>
 #include <QDir>
-#include <QFile>
 #include <QFileDialog>
 #include <QFileInfo>
-#include <QJsonDocument>
-#include <QJsonObject>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
@@ -112,41 +109,32 @@ bool MainWindow::buildPlaylistRequest(PlaylistExportRequest *request, QString *m
     request->deviceIds.clear();
 
     // The device key file: its panel wins over the combo box, and it switches encryption on.
-    // A key file that cannot be read gives an unencrypted playlist, without a word.
+    // After a run the package is made from the key the run read (its frames were made with
+    // it); otherwise from the file, and one that cannot be read gives an unencrypted playlist.
     const QString keyFile = currentKeyFilePath();
-    if (m_keyFileEdit && !keyFile.isEmpty()) {
-        QFile file(keyFile);
-        QJsonParseError error{};
-        const QJsonDocument document = file.open(QIODevice::ReadOnly)
-                                           ? QJsonDocument::fromJson(file.readAll(), &error)
-                                           : QJsonDocument();
-        if (error.error == QJsonParseError::NoError && document.isObject()) {
-            const QJsonObject key = document.object();
-            const QString panel = key.value(QStringLiteral("panel")).toString();
-            if (!panel.isEmpty()) {
-                // The key names the panel by its code ("28.5"); a GUI type there is taken too.
-                PanelSpec fromKey = PlaylistExporter::panelFromGuiType(panel, QString());
-                if (!fromKey.ok)
-                    fromKey = PlaylistExporter::panelFromGuiType(
-                        PlaylistExporter::pubkeyPanelToGuiType(panel), QString());
-                if (fromKey.ok)
-                    request->panel = fromKey;
-            }
-            request->encrypt = true;
-            request->accountUid = key.value(QStringLiteral("uid")).toString();
-            const QString deviceId = key.value(QStringLiteral("device_id")).toString();
-            if (!deviceId.isEmpty())
-                request->deviceIds << deviceId;
-        }
+    const KeySnapshot key =
+        m_runKey
+            ? *m_runKey
+            : (m_keyFileEdit && !keyFile.isEmpty() ? KeySnapshot::read(keyFile, nullptr) : KeySnapshot());
+    if (!key.isNull()) {
+        if (key.panel().ok)
+            request->panel = key.panel();
+        request->encrypt = true;
+        request->accountUid = key.accountUid();
+        if (!key.deviceId().isEmpty())
+            request->deviceIds << key.deviceId();
     }
     if (!request->panel.ok)
         return false; // the caller shows the panel's own reason
 
-    // Frame names stay contiguous: rows without output take no number.
+    // The frames are the Done rows' outputs, in table order; names stay contiguous, as rows
+    // without output take no number.
     QStringList missing;
     for (int row = 0; m_imageTable && row < m_imageTable->rowCount(); ++row) {
         const QString output = resolveOutputPathsForRow(row);
-        if (QFileInfo::exists(output)) {
+        const bool done =
+            Str::rowStatusFromItem(m_imageTable->item(row, StatusColumn)) == int(Str::RowStatus::Done);
+        if (done && QFileInfo::exists(output)) {
             request->frameNames
                 << QStringLiteral("frame_%1.bin").arg(request->frameNames.size(), 3, 10, QLatin1Char('0'));
             request->sourcePaths << output;
@@ -165,7 +153,7 @@ bool MainWindow::buildPlaylistRequest(PlaylistExportRequest *request, QString *m
     return false;
 }
 
-bool MainWindow::runPlaylistExport(bool interactive)
+bool MainWindow::runPlaylistExport(bool interactive, QString *failure)
 {
     const auto refuse = [&](const QString &title, const QString &text, QMessageBox::Icon icon,
                             bool logWhenSilent) {
@@ -174,6 +162,8 @@ bool MainWindow::runPlaylistExport(bool interactive)
             box.exec();
         } else if (logWhenSilent) {
             appendLog(Str::playlistExportFailed(text));
+            if (failure)
+                *failure = text;
         }
         return false;
     };
@@ -190,11 +180,7 @@ bool MainWindow::runPlaylistExport(bool interactive)
     QString message;
     if (!buildPlaylistRequest(&request, &message)) {
         const QString text = message.isEmpty() ? request.panel.error : message;
-        if (interactive)
-            QMessageBox::warning(this, Str::playlistCannotCreateTitle(), text);
-        else
-            appendLog(Str::playlistExportFailed(text));
-        return false;
+        return refuse(Str::playlistCannotCreateTitle(), text, QMessageBox::Warning, true);
     }
 
     if (!message.isEmpty()) {
@@ -213,7 +199,7 @@ bool MainWindow::runPlaylistExport(bool interactive)
         if (interactive)
             QMessageBox::warning(this, Str::settingsErrorTitle(), Str::playlistSaveLocationMissing());
         else
-            appendLog(Str::playlistExportFailed(Str::playlistSaveLocationNotSet()));
+            refuse(QString(), Str::playlistSaveLocationNotSet(), QMessageBox::Warning, true);
         return false;
     }
     request.outputDir = QDir(parent).filePath(kPackageFolder);
@@ -230,9 +216,12 @@ bool MainWindow::runPlaylistExport(bool interactive)
     if (!error.isEmpty()) {
         if (interactive)
             QMessageBox::critical(this, Str::playlistCreateFailedTitle(), error);
+        else if (failure)
+            *failure = error;
         appendLog(Str::playlistCreateFailed(error));
         return false;
     }
+    m_packageFrames = int(request.frameNames.size());
     appendLog(Str::playlistCreatedLog(shownFolder, int(request.frameNames.size()), request.intervalMinutes));
     if (interactive) {
         QMessageBox::information(

@@ -2,6 +2,7 @@
 #include "app/MainWindow.h"
 
 #include "processor/ProcessorManifest.h"
+#include "processor/ProcessorSelfTest.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -17,9 +18,6 @@ namespace {
 const QString kLiteVariantId = QStringLiteral("lite");
 const QStringList kDefaultLutNames = {QStringLiteral("lut_128_36_16_uni_260215.bin"),
                                       QStringLiteral("lut_128_36_16_uni_251208.bin")};
-constexpr int kSelfTestStartMs = 5000;
-constexpr int kSelfTestFinishMs = 10000;
-constexpr int kSelfTestKillMs = 2000;
 } // namespace
 
 bool MainWindow::isReservedVariant(const QString &id)
@@ -173,33 +171,25 @@ void MainWindow::checkProcessorAtStartup()
                                          QDir::toNativeSeparators(validation.processorDir)));
         return;
     }
+    runStartupSelfTest(dir);
+}
 
+void MainWindow::runStartupSelfTest(const QString &dir)
+{
     const ProcessorManifest::SmokeTest smoke = ProcessorManifest::smokeTest(dir);
     const QString executable = QDir(dir).filePath(smoke.executable);
-    const auto failWith = [&](const QString &errorLine) {
-        fail(Str::processorStartupCheckFailed(QDir::toNativeSeparators(executable),
-                                              QDir::toNativeSeparators(dir), errorLine));
-    };
-    QProcess process; // not the run's process
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(QStringLiteral("PATH"),
-                       QDir::toNativeSeparators(QFileInfo(executable).absolutePath()) +
-                           QDir::listSeparator() + environment.value(QStringLiteral("PATH")));
-    process.setProcessEnvironment(environment);
-    process.setWorkingDirectory(dir);
-    process.start(executable, smoke.args);
-    if (!process.waitForStarted(kSelfTestStartMs)) {
-        failWith(Str::processorSelfTestStartFailed(process.errorString()));
-        return;
-    }
-    if (!process.waitForFinished(kSelfTestFinishMs)) {
-        process.kill();
-        process.waitForFinished(kSelfTestKillMs);
-        failWith(Str::processorSelfTestTimedOut());
-        return;
-    }
-    if (process.exitStatus() == QProcess::CrashExit)
-        failWith(Str::processorSelfTestCrashed(process.exitCode()));
-    else if (process.exitCode() != smoke.expectExitCode)
-        failWith(Str::processorSelfTestAbnormalExit(process.exitCode()));
+    delete m_selfTest;
+    m_selfTest = new ProcessorSelfTest(this); // not the run's process
+    connect(
+        m_selfTest, &ProcessorSelfTest::finished, this,
+        [this, executable, dir](const QString &errorLine) {
+            if (errorLine.isEmpty())
+                return; // passed, silently
+            QMessageBox::critical(this, Str::processorStartupCheckTitle(),
+                                  Str::processorStartupCheckFailed(QDir::toNativeSeparators(executable),
+                                                                   QDir::toNativeSeparators(dir), errorLine),
+                                  QMessageBox::Ok);
+        },
+        Qt::QueuedConnection); // the box opens after the process's own signals are done
+    m_selfTest->start(executable, smoke.args, dir, smoke.expectExitCode);
 }

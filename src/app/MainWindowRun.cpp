@@ -1,8 +1,10 @@
 // The processing run: the processor over the pending rows, one after another, its output
-// streamed into the log and its end turned into the row's status.
+// streamed into the log and its end turned into the row's status; then the package of all
+// Done rows.
 #include "app/MainWindow.h"
 
 #include "images/ImageTableWidget.h"
+#include "processor/ChildProcessGuard.h"
 #include "ui/AppBranding.h"
 
 #include <QCheckBox>
@@ -31,6 +33,12 @@ void MainWindow::onStartProcess()
 {
     if (!validateSettings())
         return;
+    waitForStoppedProcessor();
+    // The key is read once, here: the whole run and its package are made from this snapshot.
+    if (!takeKeySnapshotForRun() || !checkSaveLocationForRun())
+        return;
+    // Rows finished with another picture, state, frame or key are to be made again.
+    revalidateRows(m_runKey->fingerprint());
 
     bool anyPending = false;
     for (int row = 0; row < m_imageTable->rowCount() && !anyPending; ++row)
@@ -41,15 +49,16 @@ void MainWindow::onStartProcess()
         if (answer != QMessageBox::Yes)
             return;
         for (int row = 0; row < m_imageTable->rowCount(); ++row)
-            setRowStatus(row, Str::RowStatus::Pending);
+            markRowChanged(row);
     }
 
+    // Outputs of finished rows stay: the run adds to them.
     QDir().mkpath(playlistParentDir());
-    QDir(liteBinStagingDir()).removeRecursively();
     QDir().mkpath(liteBinStagingDir());
 
     m_processing = true;
     m_currentRow = -1;
+    m_currentRowId = 0;
     m_successCount = 0;
 
     const int rows = m_imageTable->rowCount();
@@ -72,23 +81,46 @@ void MainWindow::onStartProcess()
     processNext();
 }
 
+int MainWindow::currentRunRow() const
+{
+    return m_currentRowId != 0 ? rowForId(m_currentRowId) : m_currentRow;
+}
+
+int MainWindow::nextPendingRow() const
+{
+    // Only the status decides: checked or not, every pending row is processed, in table order
+    // from the current row down. Then once more from the top, for rows made Pending again
+    // during the run (changed, or moved above the current one), so none is left out.
+    const int rows = m_imageTable->rowCount();
+    for (int row = currentRunRow() + 1; row < rows; ++row) {
+        if (Str::rowStatusIsPending(m_imageTable->item(row, StatusColumn)))
+            return row;
+    }
+    for (int row = 0; row < rows; ++row) {
+        const QTableWidgetItem *status = m_imageTable->item(row, StatusColumn);
+        if (status && rowId(row) != 0 && Str::rowStatusIsPending(status))
+            return row;
+    }
+    return -1;
+}
+
 void MainWindow::processNext()
 {
     if (!m_processing)
         return;
 
-    // Only the status decides: checked or not, every pending row is processed.
-    int row = m_currentRow + 1;
-    while (row < m_imageTable->rowCount() && !Str::rowStatusIsPending(m_imageTable->item(row, StatusColumn)))
-        ++row;
-    if (row >= m_imageTable->rowCount()) {
+    const int row = nextPendingRow();
+    if (row < 0) {
         finishRun();
         return;
     }
 
     m_currentRow = row;
+    m_currentRowId = rowId(row);
+    m_currentRowStamp = rowInputStamp(row, m_runKey->fingerprint());
     setRowStatus(row, Str::RowStatus::Processing);
     m_imageTable->scrollToItem(m_imageTable->item(row, StatusColumn));
+    discardOutput(row); // nothing left from an earlier attempt may pass for this one's output
 
     const QString executable = m_exeEdit->text().trimmed();
     const QString workDir = m_workDirEdit->text().trimmed();
@@ -125,19 +157,22 @@ void MainWindow::processNext()
 
     appendLog(Str::workDirLog(workDir));
     if (!QFileInfo(workDir).isDir()) {
-        setRowStatus(row, Str::RowStatus::Failed);
+        finishRow(row, Str::RowStatus::Failed);
         appendLog(Str::workDirMissing(workDir));
         processNext();
         return;
     }
 
     m_process->setWorkingDirectory(workDir);
+    ChildProcessGuard::prepare(m_process);
     m_process->start(executable, args, QIODevice::ReadWrite);
     if (!m_process->waitForStarted(kProcessStartMs)) {
-        setRowStatus(row, Str::RowStatus::StartFailed);
+        finishRow(row, Str::RowStatus::StartFailed);
         appendLog(Str::processStartFailed(m_process->errorString()));
         processNext();
+        return;
     }
+    ChildProcessGuard::adopt(m_process);
 }
 
 void MainWindow::logProcessOutput(const QByteArray &bytes, bool standardError)
@@ -171,23 +206,36 @@ void MainWindow::onProcessReadyReadStdErr()
 
 void MainWindow::onProcessFinished(int exitCode, QProcess::ExitStatus status)
 {
-    // This runs after a Stop too: the last word on the row comes from the process's real end.
     onProcessReadyReadStdOut();
     onProcessReadyReadStdErr();
-    if (status == QProcess::CrashExit) {
-        setRowStatus(m_currentRow, Str::RowStatus::Crashed);
+    // The row is found by its id: it may have moved while its processor worked.
+    const int row = currentRunRow();
+    m_currentRow = row;
+    if (row < 0)
+        return; // its row is gone (the window is being torn down)
+    if (m_stopRequested) {
+        // Stopped: not a result. The row is Pending again, so the next Start processes it.
+        m_stopRequested = false;
+        finishRow(row, Str::RowStatus::Pending);
+        appendLog(Str::rowStoppedPending());
+    } else if (status == QProcess::CrashExit) {
+        finishRow(row, Str::RowStatus::Crashed);
         appendLog(Str::processCrashed(exitCode));
-    } else if (exitCode == 0) {
-        setRowStatus(m_currentRow, Str::RowStatus::Done);
+    } else if (exitCode != 0) {
+        finishRow(row, Str::RowStatus::ExitCodeFailed, exitCode);
+        appendLog(Str::processFailed(exitCode));
+    } else if (rowInputStamp(row, m_runKey->fingerprint()) != m_currentRowStamp) {
+        // Changed while its processor worked: this output shows what the row no longer is.
+        finishRow(row, Str::RowStatus::Pending);
+        appendLog(Str::rowChangedWhileProcessing());
+    } else {
+        finishRow(row, Str::RowStatus::Done);
         ++m_successCount;
         appendLog(Str::rowDone());
-    } else {
-        setRowStatus(m_currentRow, Str::RowStatus::ExitCodeFailed, exitCode);
-        appendLog(Str::processFailed(exitCode));
     }
-    cleanupTempFile(m_currentRow);
-    m_progressBar->setValue(m_currentRow + 1);
-    m_progressBar->setFormat(Str::progressFraction(m_currentRow + 1, m_imageTable->rowCount()));
+    cleanupTempFile(row);
+    m_progressBar->setValue(row + 1);
+    m_progressBar->setFormat(Str::progressFraction(row + 1, m_imageTable->rowCount()));
     processNext();
 }
 
@@ -199,8 +247,18 @@ void MainWindow::finishRun()
     m_progressBar->setFormat(Str::processingProgress(m_successCount, rows));
     appendLog(Str::logSeparator());
     appendLog(Str::allDone(m_successCount, rows));
-    if (m_successCount > 0 && runPlaylistExport(false))
-        showProcessingCompleteDialog();
+    // The package is made of every Done row, this run's and earlier runs' alike. A failure is
+    // shown; the rows keep their outputs, so Retry writes the package once there is room.
+    for (bool retry = rowCountWithStatus({Str::RowStatus::Done}) > 0; retry;) {
+        QString failure;
+        retry = false;
+        if (runPlaylistExport(false, &failure))
+            showProcessingCompleteDialog();
+        else if (!failure.isEmpty())
+            retry = QMessageBox::critical(this, Str::playlistCreateFailedTitle(), failure,
+                                          QMessageBox::Retry | QMessageBox::Close,
+                                          QMessageBox::Close) == QMessageBox::Retry;
+    }
     m_startButton->setEnabled(true);
     m_stopButton->setEnabled(false);
     setListEditingEnabled(true);
@@ -212,16 +270,26 @@ void MainWindow::onStopProcess()
         return;
     m_processing = false;
     if (m_process && m_process->state() != QProcess::NotRunning) {
+        m_stopRequested = true;
         m_process->kill();
         appendLog(Str::processingStopped());
-        if (m_currentRow >= 0) {
-            cleanupTempFile(m_currentRow);
-            setRowStatus(m_currentRow, Str::RowStatus::Cancelled);
+        const int row = currentRunRow();
+        if (row >= 0) {
+            cleanupTempFile(row);
+            setRowStatus(row, Str::RowStatus::Cancelled); // until the killed process has ended
         }
     }
     m_startButton->setEnabled(true);
     m_stopButton->setEnabled(false);
     setListEditingEnabled(true);
+}
+
+void MainWindow::waitForStoppedProcessor()
+{
+    // A Start right after Stop: the killed processor's end is taken first, so that its row is
+    // settled before the new run looks for pending rows.
+    if (m_process && m_process->state() != QProcess::NotRunning)
+        m_process->waitForFinished(2000);
 }
 
 void MainWindow::showProcessingCompleteDialog()
@@ -231,7 +299,10 @@ void MainWindow::showProcessingCompleteDialog()
     box.setIcon(QMessageBox::Information);
     box.setWindowTitle(Str::processingCompleteTitle());
     box.setTextFormat(Qt::RichText);
-    box.setText(Str::processingCompleteHtml());
+    box.setText(Str::processingCompleteSummaryHtml(
+        m_packageFrames, m_imageTable->rowCount(),
+        rowCountWithStatus({Str::RowStatus::Failed, Str::RowStatus::StartFailed, Str::RowStatus::Cancelled,
+                            Str::RowStatus::Crashed, Str::RowStatus::ExitCodeFailed})));
     box.setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::LinksAccessibleByMouse |
                                 Qt::LinksAccessibleByKeyboard);
     QPushButton *open = box.addButton(Str::processingCompleteOkButton(), QMessageBox::AcceptRole);

@@ -122,6 +122,7 @@ void MainWindow::onRemoveSelected()
     for (int row : std::as_const(rows)) {
         cleanupTempFile(row);
         cleanupHeicCache(row);
+        discardOutput(row);
         m_imageTable->removeRow(row);
     }
     if (m_selectAllCheck)
@@ -138,6 +139,7 @@ void MainWindow::onClearAll()
     for (int row = 0; row < m_imageTable->rowCount(); ++row) {
         cleanupTempFile(row);
         cleanupHeicCache(row);
+        discardOutput(row);
     }
     m_imageTable->setRowCount(0);
     updateCount(); // the select-all box is left as it is, unlike a removal

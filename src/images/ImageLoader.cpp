@@ -15,26 +15,18 @@ namespace ImageLoader {
 
 namespace {
 const QStringList kSupportedExtensions = {
-    QStringLiteral("jpg"), QStringLiteral("jpeg"), QStringLiteral("png"),  QStringLiteral("bmp"),  QStringLiteral("tif"),
-    QStringLiteral("tiff"), QStringLiteral("webp"), QStringLiteral("heic"), QStringLiteral("heif"),
+    QStringLiteral("jpg"),  QStringLiteral("jpeg"), QStringLiteral("png"),
+    QStringLiteral("bmp"),  QStringLiteral("tif"),  QStringLiteral("tiff"),
+    QStringLiteral("webp"), QStringLiteral("heic"), QStringLiteral("heif"),
 };
 const QStringList kHeicExtensions = {QStringLiteral("heic"), QStringLiteral("heif")};
 } // namespace
 
-void applyAllocationLimit()
-{
-    QImageReader::setAllocationLimit(kAllocationLimitMB);
-}
+void applyAllocationLimit() { QImageReader::setAllocationLimit(kAllocationLimitMB); }
 
-QStringList supportedExtensions()
-{
-    return kSupportedExtensions;
-}
+QStringList supportedExtensions() { return kSupportedExtensions; }
 
-bool isHeicPath(const QString &path)
-{
-    return kHeicExtensions.contains(QFileInfo(path).suffix().toLower());
-}
+bool isHeicPath(const QString &path) { return kHeicExtensions.contains(QFileInfo(path).suffix().toLower()); }
 
 QImage load(const QString &path, int maxSide)
 {
@@ -62,7 +54,8 @@ QImage load(const QString &path, int maxSide)
 
 QString heicCacheDir()
 {
-    return QStandardPaths::writableLocation(QStandardPaths::TempLocation) + QStringLiteral("/tarngui_heic_cache");
+    return QStandardPaths::writableLocation(QStandardPaths::TempLocation) +
+           QStringLiteral("/tarngui_heic_cache");
 }
 
 QString resolveProcessorInputPath(const QString &path)
@@ -73,11 +66,12 @@ QString resolveProcessorInputPath(const QString &path)
     // The key changes with the file's modification time, so an edited picture is converted
     // again; the old cache file stays until its row is removed.
     const QFileInfo info(path);
-    const QByteArray key = info.absoluteFilePath().toUtf8() + '|'
-        + QByteArray::number(info.lastModified().toMSecsSinceEpoch());
-    const QString cachePath = QDir(heicCacheDir())
-                                  .filePath(QString::fromLatin1(QCryptographicHash::hash(key, QCryptographicHash::Md5).toHex())
-                                            + QStringLiteral(".jpg"));
+    const QByteArray key =
+        info.absoluteFilePath().toUtf8() + '|' + QByteArray::number(info.lastModified().toMSecsSinceEpoch());
+    const QString cachePath =
+        QDir(heicCacheDir())
+            .filePath(QString::fromLatin1(QCryptographicHash::hash(key, QCryptographicHash::Md5).toHex()) +
+                      QStringLiteral(".jpg"));
     if (QFileInfo::exists(cachePath))
         return cachePath;
 
@@ -97,6 +91,28 @@ void removeCachedConversion(const QString &cachedPath)
 {
     if (!cachedPath.isEmpty())
         QFile::remove(cachedPath);
+}
+
+int pruneHeicCache(qint64 maxBytes)
+{
+    // Another copy of the program may still use a file removed here: the run converts again
+    // when a row's cache file is missing.
+    const QFileInfoList files =
+        QDir(heicCacheDir())
+            .entryInfoList({QStringLiteral("*.jpg")}, QDir::Files, QDir::Time | QDir::Reversed);
+    qint64 total = 0;
+    for (const QFileInfo &file : files)
+        total += file.size();
+    int removed = 0;
+    for (const QFileInfo &file : files) {
+        if (total <= maxBytes)
+            break;
+        if (QFile::remove(file.absoluteFilePath())) {
+            total -= file.size();
+            ++removed;
+        }
+    }
+    return removed;
 }
 
 QString imageFileDialogFilter()

@@ -28,6 +28,12 @@ QString resolveProcessorInputPath(const QString &path);
 void removeCachedConversion(const QString &cachedPath);
 QString heicCacheDir();
 
+// The conversion cache is kept below this size: at start-up the oldest files go first.
+constexpr qint64 kHeicCacheLimitBytes = qint64(1) << 30;
+// Removes the least recently written cache files until the rest take at most maxBytes; the
+// number of files removed.
+int pruneHeicCache(qint64 maxBytes);
+
 QString imageFileDialogFilter();
 
 } // namespace ImageLoader

@@ -14,12 +14,14 @@
 #include "WindowTestCase.h"
 
 #include <QComboBox>
+#include <QDateTime>
 #include <QDir>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QRegularExpression>
+#include <QSet>
 #include <QSignalSpy>
 #include <QTest>
 #include <QTextBlock>
@@ -109,12 +111,25 @@ void TestMainWindowCommandLine::thousandRowsStartThousandAndOneDoNot()
 
 void TestMainWindowCommandLine::outputPathsOfRows()
 {
-    const QString staging = m_fixture->path("tmp/tarngui_lite_bins");
-    QCOMPARE(m_window->liteBinStagingDir(), staging);
-    QCOMPARE(m_window->resolveOutputPathsForRow(0), staging + "/row_0000.bin");
-    QCOMPARE(m_window->resolveOutputPathsForRow(12), staging + "/row_0012.bin");
-    QCOMPARE(m_window->resolveOutputPathsForRow(12345), staging + "/row_12345.bin");
+    // Each window stages in a folder of its own; a row's output is named by the row's id, so it
+    // stays the row's wherever the row moves.
+    const QString staging = m_window->liteBinStagingDir();
+    QCOMPARE(QFileInfo(staging).absolutePath(), m_fixture->path("tmp/tarngui_lite_bins"));
+    QVERIFY(QFileInfo(staging).isDir());
+    addPictures(3);
+    QStringList outputs;
+    for (int row = 0; row < 3; ++row) {
+        outputs << m_window->resolveOutputPathsForRow(row);
+        QVERIFY(QRegularExpression("^" + QRegularExpression::escape(staging) + "/out_\\d{6}\\.bin$")
+                    .match(outputs.last())
+                    .hasMatch());
+    }
+    QCOMPARE(QSet<QString>(outputs.begin(), outputs.end()).size(), 3);
+    m_window->moveTableRowDown(0);
+    QCOMPARE(m_window->resolveOutputPathsForRow(1), outputs.at(0));
+    QCOMPARE(m_window->resolveOutputPathsForRow(0), outputs.at(1));
     QCOMPARE(MainWindow::kTempPreprocDir, QStringLiteral("/tarngui_preproc"));
+    QCOMPARE(QFileInfo(m_window->renderDir()).absolutePath(), MainWindow::tempPreprocDir());
 }
 
 void TestMainWindowCommandLine::commandLine()
@@ -123,7 +138,7 @@ void TestMainWindowCommandLine::commandLine()
         addPictures({TestFiles::markedImage(400, 300), TestFiles::markedImage(300, 400)});
     QStringList args = m_window->buildArgs(0);
     QCOMPARE(args.size(), 3); // no key file: no key flag
-    QCOMPARE(args.at(0), QDir(MainWindow::tempPreprocDir()).filePath("photo_0_preproc.jpg"));
+    QCOMPARE(args.at(0), QDir(m_window->renderDir()).filePath("photo_0_preproc.jpg"));
     QVERIFY(QFileInfo::exists(args.at(0)));
     QCOMPARE(m_window->imageTable()
                  ->item(0, MainWindow::FileColumn)
@@ -133,18 +148,25 @@ void TestMainWindowCommandLine::commandLine()
     QCOMPARE(args.at(1), m_window->resolveOutputPathsForRow(0));
     QCOMPARE(args.at(2), QStringLiteral("133"));
     m_window->cleanupTempFile(0);
-    QVERIFY(!QFileInfo::exists(QDir(MainWindow::tempPreprocDir()).filePath("photo_0_preproc.jpg")));
+    QVERIFY(!QFileInfo::exists(QDir(m_window->renderDir()).filePath("photo_0_preproc.jpg")));
 
     // A Chinese folder: the key goes as an ASCII copy, made once and then reused.
     const QString key = m_fixture->path(QStringLiteral("密钥/key.json"));
     QVERIFY(TestFiles::write(key, R"({"panel": "13.3"})"));
     setKeyFile(key);
     args = m_window->buildArgs(1);
-    const QString staged = m_fixture->path("tmp/tarngui_pubkey/device_key.json");
+    const QString windowId = QFileInfo(m_window->liteBinStagingDir()).fileName();
+    const QString staged = m_fixture->path("tmp/tarngui_pubkey/" + windowId + "/device_key.json");
     QCOMPARE(args.mid(2), (QStringList{"133", "--pubkey", staged}));
-    QVERIFY(TestFiles::write(staged, "marker: not copied again"));
+    QCOMPARE(TestFiles::read(staged), TestFiles::read(key));
+    const QDateTime longAgo = QDateTime::currentDateTime().addDays(-3);
+    {
+        QFile copy(staged);
+        QVERIFY(copy.open(QIODevice::ReadWrite) &&
+                copy.setFileTime(longAgo, QFileDevice::FileModificationTime));
+    }
     QCOMPARE(m_window->buildArgs(0).mid(3), (QStringList{"--pubkey", staged}));
-    QCOMPARE(TestFiles::read(staged), QByteArray("marker: not copied again"));
+    QCOMPARE(QFileInfo(staged).lastModified(), longAgo); // not copied again
 
     // A plain ASCII path goes as it is.
     const QString plainKey = m_fixture->path("keys/plain.key");
@@ -185,7 +207,7 @@ void TestMainWindowCommandLine::rowsWithoutRowWidgetSendTheirSource()
     m_window->imageTable()->removeCellWidget(0, MainWindow::FileColumn);
     const QStringList args = m_window->buildArgs(0);
     QCOMPARE(args.at(0), pictures.at(0));
-    QVERIFY(QDir(MainWindow::tempPreprocDir()).entryList(QDir::Files).isEmpty());
+    QVERIFY(QDir(m_window->renderDir()).entryList(QDir::Files).isEmpty());
     QCOMPARE(m_window->imageTable()
                  ->item(0, MainWindow::FileColumn)
                  ->data(MainWindow::kTempPreprocRole)

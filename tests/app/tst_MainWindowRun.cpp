@@ -55,7 +55,10 @@ void TestMainWindowRun::portraitRunWritesThePackage()
 
     QCOMPARE(completion.seen().size(), 1);
     QCOMPARE(completion.title(), QStringLiteral("Ready for Your TF Card"));
-    QCOMPARE(completion.text(), Str::processingCompleteHtml());
+    QCOMPARE(completion.text(), Str::processingCompleteSummaryHtml(3, 3, 0));
+    QVERIFY(ModalAnswerer::plainText(completion.text())
+                .startsWith(
+                    QStringLiteral("The package holds 3 of 3 picture(s).\nYour playback package is ready.")));
     QCOMPARE(completion.seen().first().buttons, QStringList{"OK and open the vl_play"});
 
     const QDir package(packageDir());
@@ -134,7 +137,7 @@ void TestMainWindowRun::portraitRunWritesThePackage()
     QCOMPARE(progress->value(), 3);
     QCOMPARE(progress->format(), QStringLiteral("Done 3 / 3"));
     // The rendered JPEGs are gone again; the user's pictures are untouched.
-    QVERIFY(QDir(MainWindow::tempPreprocDir()).entryList(QDir::Files).isEmpty());
+    QVERIFY(QDir(m_window->renderDir()).entryList(QDir::Files).isEmpty());
     for (int row = 0; row < 3; ++row)
         QCOMPARE(m_window->imageTable()
                      ->item(row, MainWindow::FileColumn)
@@ -176,7 +179,8 @@ void TestMainWindowRun::largePanelKeyFromAFolderWithChineseCharacters()
     runToTheEnd();
     QCOMPARE(statusText(0), QStringLiteral("Done ✓"));
     QCOMPARE(statusText(1), QStringLiteral("Done ✓"));
-    const QString staged = m_fixture->path("tmp/tarngui_pubkey/device_key.json");
+    const QString windowId = QFileInfo(m_window->liteBinStagingDir()).fileName();
+    const QString staged = m_fixture->path("tmp/tarngui_pubkey/" + windowId + "/device_key.json");
     QVERIFY(QFileInfo::exists(staged));
     const QStringList log = logLines(*m_window);
     QCOMPARE(log.filter(QStringLiteral("  $ TARN-lite")).filter(QStringLiteral("--pubkey ") + staged).size(),
@@ -215,9 +219,7 @@ void TestMainWindowRun::onlyPendingRowsRunAndProgressCountsTableRows()
 {
     addPictures(
         {TestFiles::markedImage(40, 30), TestFiles::markedImage(30, 40), TestFiles::markedImage(50, 50)});
-    m_window->setRowStatus(1, Str::RowStatus::Done);
-    // A leftover in the staging folder is cleared at the start.
-    QVERIFY(TestFiles::write(QDir(m_window->liteBinStagingDir()).filePath("row_0001.bin"), "stale"));
+    m_window->setRowStatus(1, Str::RowStatus::Done); // Done, but without an output
     QSignalSpy progress(m_window->findChild<QProgressBar *>(), &QProgressBar::valueChanged);
     ModalAnswerer completion(QMessageBox::Cancel);
     runToTheEnd();

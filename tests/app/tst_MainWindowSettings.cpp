@@ -3,6 +3,7 @@
 #include "ui/UiLanguage.h"
 
 #include "ModalAnswerer.h"
+#include "ReadOnlyFolder.h"
 #include "TestFiles.h"
 #include "WindowFixture.h"
 #include "WindowProbe.h"
@@ -11,6 +12,7 @@
 #include <QComboBox>
 #include <QDir>
 #include <QLineEdit>
+#include <QProcess>
 #include <QSettings>
 #include <QSpinBox>
 #include <QTest>
@@ -40,8 +42,13 @@ private Q_SLOTS:
     void outputDirIsShownAndNeverWritten();
     void tooShortIntervalIsSavedClamped();
     void keyFileDecidesThePanel();
+    void unwritableProgramFolderKeepsSettingsInTheUserFolder();
+    void settingsBesideTheProgramWinWhileWritable();
 
 private:
+    // The settings program copied into folder and run there; its output lines.
+    QStringList runInstalled(const QString &folder, const QStringList &args);
+
     std::unique_ptr<WindowFixture> m_fixture;
 };
 
@@ -216,6 +223,49 @@ void TestMainWindowSettings::keyFileDecidesThePanel()
     MainWindow window;
     QCOMPARE(comboStartingWith(window, "133")->currentText(), QStringLiteral("133"));
     QCOMPARE(window.loadKeyFileHistory().size(), 1); // kept in the list, though not offered
+}
+
+QStringList TestMainWindowSettings::runInstalled(const QString &folder, const QStringList &args)
+{
+    QProcess program;
+    program.start(QDir(folder).filePath("VeloraOfflineTool"), args);
+    if (!program.waitForFinished(30000) || program.exitCode() != 0)
+        return {QStringLiteral("failed: ") + QString::fromUtf8(program.readAllStandardError())};
+    return QString::fromUtf8(program.readAllStandardOutput()).split('\n', Qt::SkipEmptyParts);
+}
+
+void TestMainWindowSettings::unwritableProgramFolderKeepsSettingsInTheUserFolder()
+{
+    // Installed where the user cannot write (Program Files): settings go to the user's folder.
+    const QString program = m_fixture->path("installed");
+    QVERIFY(QDir().mkpath(program));
+    QVERIFY(QFile::copy(QStringLiteral(VELORA_SETTINGS_HOST), QDir(program).filePath("VeloraOfflineTool")));
+    const QString userSettings = m_fixture->path("config/PLABRUB/Velora Offline Tool/VeloraOfflineTool.ini");
+    ReadOnlyFolder readOnly(program);
+    if (!readOnly.isReadOnly())
+        QSKIP("this machine cannot make a folder read-only for this user");
+    QCOMPARE(runInstalled(program, {"--save", "/photos/frame"}), QStringList{"settings " + userSettings});
+    QVERIFY(QFileInfo::exists(userSettings));
+    QVERIFY(!QFileInfo::exists(QDir(program).filePath("VeloraOfflineTool.ini")));
+    // Read back at the next start.
+    QCOMPARE(runInstalled(program, {"--load"}),
+             (QStringList{"location /photos/frame", "settings " + userSettings}));
+}
+
+void TestMainWindowSettings::settingsBesideTheProgramWinWhileWritable()
+{
+    const QString program = m_fixture->path("portable");
+    QVERIFY(QDir().mkpath(program));
+    QVERIFY(QFile::copy(QStringLiteral(VELORA_SETTINGS_HOST), QDir(program).filePath("VeloraOfflineTool")));
+    // A user folder file from an earlier, read-only install does not win over the program's own.
+    const QString userSettings = m_fixture->path("config/PLABRUB/Velora Offline Tool/VeloraOfflineTool.ini");
+    QVERIFY(TestFiles::write(userSettings, "[General]\nplaylist_parent_dir=/elsewhere\n"));
+    const QString beside = QDir(program).filePath("VeloraOfflineTool.ini");
+    QCOMPARE(runInstalled(program, {"--save", "/photos/portable"}), QStringList{"settings " + beside});
+    QCOMPARE(runInstalled(program, {"--load"}),
+             (QStringList{"location /photos/portable", "settings " + beside}));
+    QVERIFY(TestFiles::read(userSettings).contains("/elsewhere"));
+    QFile::remove(userSettings);
 }
 
 QTEST_MAIN(TestMainWindowSettings)

@@ -64,6 +64,8 @@ void ModalAnswerer::poll()
         for (QAbstractButton *button : box->buttons())
             buttons << button->text();
         m_seen.append({box->windowTitle(), box->text(), box->icon(), buttons});
+        if (m_beforeAnswer)
+            m_beforeAnswer(m_seen.constLast());
         if (QAbstractButton *button = box->button(m_answer))
             button->click();
         else

@@ -37,6 +37,13 @@ public:
 
     QStringList titles() const;
 
+    // Runs for each message box just before it is answered (to change the world the box's
+    // answer will meet, say).
+    void setBeforeAnswer(std::function<void(const Seen &)> beforeAnswer)
+    {
+        m_beforeAnswer = std::move(beforeAnswer);
+    }
+
     // Answers a file dialog (as the other-dialog handler): goes to directory, types names
     // (a name, several quoted names, or nothing for a folder) and accepts. False for any
     // other dialog.
@@ -50,6 +57,7 @@ private:
 
     QMessageBox::StandardButton m_answer;
     std::function<void(QWidget *)> m_otherDialogHandler;
+    std::function<void(const Seen &)> m_beforeAnswer;
     QTimer m_timer;
     QPointer<QWidget> m_candidate;
     QList<Seen> m_seen;

@@ -2,6 +2,8 @@
 
 #include "TestFiles.h"
 
+#include "app/SettingsLocation.h"
+
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
@@ -16,6 +18,8 @@ WindowFixture::WindowFixture(bool withConfiguration)
     QDir().mkpath(path(QStringLiteral("tmp")));
     QDir().mkpath(workDir());
     qputenv("TMPDIR", QFile::encodeName(path(QStringLiteral("tmp"))));
+    // Settings that cannot be kept beside the program go to the user's configuration folder.
+    qputenv("XDG_CONFIG_HOME", QFile::encodeName(path(QStringLiteral("config"))));
     QDir::setCurrent(workDir());
     if (withConfiguration)
         useProcessor(demoProcessor(), demoProcessorDir());
@@ -69,4 +73,8 @@ QString WindowFixture::demoProcessor()
     return QDir(demoProcessorDir()).filePath(QStringLiteral("TARN-lite"));
 }
 
-void WindowFixture::removeSettings() { QFile::remove(settingsPath()); }
+void WindowFixture::removeSettings()
+{
+    QFile::remove(settingsPath());
+    QFile::remove(SettingsLocation::inUserConfig());
+}

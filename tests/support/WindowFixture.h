@@ -5,7 +5,8 @@
 #include <QTemporaryDir>
 
 // What a test needs around a real MainWindow: its own temporary folder (also the system
-// temporary location, so caches and staging folders stay inside it), a working directory
+// temporary location, so caches and staging folders stay inside it, and the user's
+// configuration folder), a working directory
 // holding a "tarngui_lite.json" whose "lite" variant is the built stand-in processor (so the
 // start-up check passes), and no settings file beside the test executable before or after.
 class WindowFixture

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "processor/ProcessorSelfTest.h"
+
 #include <QComboBox>
 #include <QGroupBox>
 #include <QLineEdit>
@@ -74,4 +76,11 @@ inline QStringList logLines(QWidget &root)
 inline QString lastLog(QWidget &root)
 {
     return root.findChild<QPlainTextEdit *>()->document()->lastBlock().text();
+}
+
+// True while the window's start-up self-test of the processor is under way.
+inline bool startupCheckRunning(QWidget &window)
+{
+    const ProcessorSelfTest *check = window.findChild<ProcessorSelfTest *>();
+    return check && check->isRunning();
 }

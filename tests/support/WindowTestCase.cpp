@@ -5,6 +5,7 @@
 #include "ui/UiLanguage.h"
 
 #include "DialogSpy.h"
+#include "PackageCheck.h"
 #include "TestFiles.h"
 #include "WindowProbe.h"
 
@@ -37,6 +38,7 @@ void WindowTestCase::init()
     m_window = std::make_unique<MainWindow>();
     m_window->show();
     QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));
+    QTRY_VERIFY(!startupCheckRunning(*m_window)); // the stand-in passes it, silently
     saveLocation(*m_window)->setText(m_fixture->path("out"));
 }
 
@@ -75,6 +77,24 @@ QStringList WindowTestCase::addPictures(int count)
     return pictures;
 }
 
+QStringList WindowTestCase::addColours(const QList<QColor> &colours)
+{
+    QList<QImage> images;
+    for (const QColor &colour : colours)
+        images << TestFiles::solidImage(400, 300, colour);
+    return addPictures(images);
+}
+
+void WindowTestCase::expectPackage(const QList<QColor> &colours) const
+{
+    QStringList frames;
+    for (int i = 0; i < colours.size(); ++i)
+        frames << QStringLiteral("frame_%1.bin").arg(i, 3, 10, QLatin1Char('0'));
+    QCOMPARE(PackageCheck::files(packageDir()), frames + QStringList{"playlist.json"});
+    QCOMPARE(PackageCheck::listedFrames(packageDir()), frames);
+    QCOMPARE(PackageCheck::colours(packageDir()), colours);
+}
+
 QString WindowTestCase::key(const QString &name, const QByteArray &json) const
 {
     const QString path = m_fixture->path(QStringLiteral("keys/") + name);
@@ -86,8 +106,10 @@ void WindowTestCase::setKeyFile(const QString &path) { QVERIFY(m_window->applyPu
 
 void WindowTestCase::writeOutputs(std::initializer_list<int> rows)
 {
-    for (int row : rows)
+    for (int row : rows) {
         TestFiles::write(m_window->resolveOutputPathsForRow(row), "frame of row " + QByteArray::number(row));
+        m_window->setRowStatus(row, Str::RowStatus::Done);
+    }
 }
 
 void WindowTestCase::runToTheEnd(int timeoutMs)

@@ -3,6 +3,7 @@
 #include "WindowFixture.h"
 
 #include <QByteArray>
+#include <QColor>
 #include <QImage>
 #include <QList>
 #include <QObject>
@@ -36,10 +37,15 @@ protected:
     QStringList addPictures(const QList<QImage> &images);
     // count small generated pictures (pic_0000.png, ...), added without a word from the window.
     QStringList addPictures(int count);
+    // One 400 x 300 picture of each colour: a frame made from it shows that colour.
+    QStringList addColours(const QList<QColor> &colours);
+    // Fails the test unless the package holds exactly these frames, in this order, and its
+    // playlist.json lists exactly them.
+    void expectPackage(const QList<QColor> &colours) const;
     // A key file written under keys/ in the fixture, and one applied to the window.
     QString key(const QString &name, const QByteArray &json) const;
     void setKeyFile(const QString &path);
-    // Stand-in processor output for the given rows, without a run.
+    // Stand-in processor output for the given rows, marked Done, without a run.
     void writeOutputs(std::initializer_list<int> rows);
     // Presses Start and waits for the run to end.
     void runToTheEnd(int timeoutMs = 60000);
