@@ -28,15 +28,6 @@ constexpr qint64 kFrameBytes = 21 + 600 * 1600;
 
 using Files = QMap<QString, QByteArray>;
 
-Files filesIn(const QString &folder)
-{
-    Files files;
-    const QDir dir(folder);
-    for (const QString &name : dir.entryList(QDir::Files))
-        files.insert(name, TestFiles::read(dir.filePath(name)));
-    return files;
-}
-
 } // namespace
 
 class TestMainWindowPackage : public WindowTestCase
@@ -243,7 +234,7 @@ void TestMainWindowPackage::fullDiskAtEachPointOfTheExport()
         ModalAnswerer completion(QMessageBox::Cancel);
         runToTheEnd();
     }
-    const Files before = filesIn(packageDir());
+    const Files before = TestFiles::contents(packageDir());
     QCOMPARE(before.size(), 3);
 
     addColours({Qt::green});
@@ -258,7 +249,7 @@ void TestMainWindowPackage::fullDiskAtEachPointOfTheExport()
              qPrintable(boxes.text()));
     QVERIFY(
         boxes.text().endsWith(QStringLiteral("The previous package in %1 was left as it was.").arg(shown)));
-    QCOMPARE(filesIn(packageDir()), before);
+    QCOMPARE(TestFiles::contents(packageDir()), before);
     QCOMPARE(QDir(packageDir() + "/..").entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
              QStringList{"vl_play"});
     for (int row = 0; row < 3; ++row)
@@ -292,14 +283,14 @@ void TestMainWindowPackage::realVolumeWithRoomForTheFramesButNotThePlaylist()
         ModalAnswerer completion(QMessageBox::Cancel);
         runToTheEnd();
     }
-    const Files before = filesIn(package);
+    const Files before = TestFiles::contents(package);
     addColours({Qt::green});
     ModalAnswerer boxes(QMessageBox::Close);
     runToTheEnd();
     QCOMPARE(boxes.titles(), QStringList{"Create Failed"});
     QVERIFY2(boxes.text().contains(QDir(package).filePath("playlist.json") + "\nNo space left on device"),
              qPrintable(boxes.text()));
-    QCOMPARE(filesIn(package), before);
+    QCOMPARE(TestFiles::contents(package), before);
     QCOMPARE(PackageCheck::colours(package), (QList<QColor>{Qt::red, Qt::blue}));
     QCOMPARE(QDir(card.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot), QStringList{"vl_play"});
 }

@@ -3,6 +3,7 @@
 #include "app/MainWindow.h"
 #include "ui/UiLanguage.h"
 
+#include "Heartbeat.h"
 #include "ModalAnswerer.h"
 #include "TestFiles.h"
 #include "WindowFixture.h"
@@ -10,14 +11,12 @@
 
 #include <QCoreApplication>
 #include <QDir>
-#include <QElapsedTimer>
 #include <QFileDialog>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QSettings>
 #include <QTest>
 #include <QTextBlock>
-#include <QTimer>
 
 namespace {
 
@@ -191,22 +190,13 @@ void TestMainWindowProcessor::processorThatNeverEndsIsKilled()
 {
     makeProcessor("hang", R"({"required": ["TARN-lite"], "smoke_test": {"executable": "TARN-lite"}})");
     qputenv("TARN_SIM_HANG", "1");
-    // A heartbeat every 10 ms: the longest gap between two beats is the window's longest freeze.
-    QElapsedTimer timer;
-    timer.start();
-    qint64 lastBeat = 0;
-    qint64 longestGap = 0;
-    QTimer heartbeat;
-    connect(&heartbeat, &QTimer::timeout, this, [&] {
-        longestGap = qMax(longestGap, timer.elapsed() - lastBeat);
-        lastBeat = timer.elapsed();
-    });
-    heartbeat.start(10);
+    const Heartbeat heartbeat;
     const QStringList texts = showAndCollect();
     QCOMPARE(texts.size(), 1);
     QVERIFY(texts.first().contains(QStringLiteral("\n\nError: processor self-test timed out.\n")));
-    QVERIFY(timer.elapsed() >= 10000); // waited the full ten seconds before giving up
-    QVERIFY2(longestGap < 500, qPrintable(QStringLiteral("the window froze for %1 ms").arg(longestGap)));
+    QVERIFY(heartbeat.elapsedMs() >= 10000); // waited the full ten seconds before giving up
+    QVERIFY2(heartbeat.longestGapMs() < 500,
+             qPrintable(QStringLiteral("the window froze for %1 ms").arg(heartbeat.longestGapMs())));
 }
 
 void TestMainWindowProcessor::defaultLutSearchOrder()

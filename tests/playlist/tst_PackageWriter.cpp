@@ -20,16 +20,6 @@ constexpr qint64 kFrameBytes = 16 * SmallVolume::kPage;
 
 using Files = QMap<QString, QByteArray>;
 
-// Every file of a folder with its contents.
-Files filesIn(const QString &folder)
-{
-    Files files;
-    const QDir dir(folder);
-    for (const QString &name : dir.entryList(QDir::Files | QDir::Hidden | QDir::System))
-        files.insert(name, TestFiles::read(dir.filePath(name)));
-    return files;
-}
-
 } // namespace
 
 class TestPackageWriter : public QObject
@@ -94,7 +84,7 @@ QStringList TestPackageWriter::parentEntries() const
 void TestPackageWriter::writesANewPackage()
 {
     QCOMPARE(PackageWriter::write(target(), frames(2, 'a'), "{ \"frames\": 2 }"), QString());
-    const Files written = filesIn(target());
+    const Files written = TestFiles::contents(target());
     QCOMPARE(written.keys(), (QStringList{"frame_000.bin", "frame_001.bin", "playlist.json"}));
     QCOMPARE(written.value("frame_001.bin"), QByteArray(kFrameBytes, 'b'));
     QCOMPARE(written.value("playlist.json"), QByteArray("{ \"frames\": 2 }"));
@@ -105,7 +95,7 @@ void TestPackageWriter::replacesALargerPackageExactly()
 {
     QCOMPARE(PackageWriter::write(target(), frames(10, 'a'), "old"), QString());
     QCOMPARE(PackageWriter::write(target(), frames(4, 'A'), "new"), QString());
-    const Files written = filesIn(target());
+    const Files written = TestFiles::contents(target());
     // frame_004 ... frame_009 of the old package are gone with it.
     QCOMPARE(written.keys(), (QStringList{"frame_000.bin", "frame_001.bin", "frame_002.bin", "frame_003.bin",
                                           "playlist.json"}));
@@ -129,7 +119,7 @@ void TestPackageWriter::fullDiskAtEachPointLeavesTheOldPackage()
     QFETCH(qint64, freeBytes);
     QFETCH(QString, failingFile);
     QCOMPARE(PackageWriter::write(target(), frames(10, 'a'), "last month"), QString());
-    const Files before = filesIn(target());
+    const Files before = TestFiles::contents(target());
 
     FileWriter::simulateFreeSpace(freeBytes);
     const QString error = PackageWriter::write(target(), frames(4, 'A'), "this month");
@@ -137,7 +127,7 @@ void TestPackageWriter::fullDiskAtEachPointLeavesTheOldPackage()
              qPrintable(error));
     QVERIFY(
         error.endsWith(QStringLiteral("\n\nThe previous package in %1 was left as it was.").arg(target())));
-    QCOMPARE(filesIn(target()), before);
+    QCOMPARE(TestFiles::contents(target()), before);
     QCOMPARE(parentEntries(), QStringList{"vl_play"});
 }
 
@@ -171,12 +161,12 @@ void TestPackageWriter::realSmallVolume()
         QSKIP("this machine does not let the test mount a small volume; the simulated full disk covers it");
     const QList<PackageWriter::Frame> old = frames(10, 'a');
     QCOMPARE(PackageWriter::write(target(), old, "last month"), QString());
-    const Files before = filesIn(target());
+    const Files before = TestFiles::contents(target());
 
     const QString error = PackageWriter::write(target(), frames(4, 'A'), "this month");
     QVERIFY2(error.contains(QDir(target()).filePath(failingFile) + "\nNo space left on device"),
              qPrintable(error));
-    QCOMPARE(filesIn(target()), before);
+    QCOMPARE(TestFiles::contents(target()), before);
     QCOMPARE(parentEntries(), QStringList{"vl_play"});
 }
 
@@ -185,13 +175,13 @@ void TestPackageWriter::folderWithOtherFilesIsNeverTouched()
     QCOMPARE(PackageWriter::write(target(), frames(2, 'a'), "old"), QString());
     QVERIFY(TestFiles::write(QDir(target()).filePath("holiday notes.txt"), "mine"));
     QVERIFY(QDir().mkpath(QDir(target()).filePath("backup")));
-    const Files before = filesIn(target());
+    const Files before = TestFiles::contents(target());
     QCOMPARE(PackageWriter::write(target(), frames(1, 'A'), "new"),
              QStringLiteral("The folder %1 holds files that are not part of a playback package:\nbackup\n"
                             "holiday notes.txt\n\nMove them elsewhere, then try again. Nothing was changed.")
                  .arg(target()));
     QCOMPARE(PackageWriter::checkTarget(target()), PackageWriter::write(target(), frames(1, 'A'), "new"));
-    QCOMPARE(filesIn(target()), before);
+    QCOMPARE(TestFiles::contents(target()), before);
     QVERIFY(QFileInfo(QDir(target()).filePath("backup")).isDir());
     QCOMPARE(parentEntries(), QStringList{"vl_play"});
 }
@@ -211,7 +201,7 @@ void TestPackageWriter::fileManagerLitterIsReplaced()
     QCOMPARE(PackageWriter::write(target(), frames(1, 'a'), "old"), QString());
     QVERIFY(TestFiles::write(QDir(target()).filePath("Thumbs.db"), "thumbnails"));
     QCOMPARE(PackageWriter::write(target(), frames(1, 'A'), "new"), QString());
-    QCOMPARE(filesIn(target()).keys(), (QStringList{"frame_000.bin", "playlist.json"}));
+    QCOMPARE(TestFiles::contents(target()).keys(), (QStringList{"frame_000.bin", "playlist.json"}));
 }
 
 void TestPackageWriter::checkTargetBeforeARun()

@@ -33,6 +33,15 @@ QByteArray read(const QString &path)
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
+QMap<QString, QByteArray> contents(const QString &folder)
+{
+    QMap<QString, QByteArray> files;
+    const QDir dir(folder);
+    for (const QString &name : dir.entryList(QDir::Files | QDir::Hidden | QDir::System))
+        files.insert(name, read(dir.filePath(name)));
+    return files;
+}
+
 QStringList makePictures(const QString &folder, int count, const QString &prefix, const QSize &size)
 {
     QDir().mkpath(folder);

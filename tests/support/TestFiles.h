@@ -3,6 +3,7 @@
 #include <QByteArray>
 #include <QColor>
 #include <QImage>
+#include <QMap>
 #include <QSize>
 #include <QString>
 #include <QStringList>
@@ -13,6 +14,8 @@ namespace TestFiles {
 // Writes bytes to path, creating the parent folders; false on failure.
 bool write(const QString &path, const QByteArray &bytes);
 QByteArray read(const QString &path);
+// Every file directly in a folder (hidden ones too), by name, with its bytes.
+QMap<QString, QByteArray> contents(const QString &folder);
 
 // Writes count small PNG pictures named <prefix>_0000.png, ... into folder; their paths.
 QStringList makePictures(const QString &folder, int count, const QString &prefix = QStringLiteral("pic"),
