@@ -2,12 +2,60 @@
 
 #include "images/ImageLoader.h"
 
+#include "HeicWriter.h"
+#include "TestFiles.h"
+
 #include <QDir>
 #include <QDirIterator>
+#include <QFile>
+#include <QFileInfo>
 #include <QImage>
-#include <QLinearGradient>
-#include <QPainter>
-#include <QRandomGenerator>
+
+#include <cstdio>
+namespace {
+
+constexpr int kDistinctPhotos = 20;
+
+} // namespace
+
+QStringList photoSet(const QString &kind, int count)
+{
+    const bool heic = kind == QLatin1String("heic");
+    const QString suffix = heic ? QStringLiteral("heic") : QStringLiteral("jpg");
+    const QDir folder(QDir::temp().filePath(QStringLiteral("velora-bench-photos/") + kind));
+    folder.mkpath(QStringLiteral("."));
+    const quint32 seed = heic ? 7 : 42;
+    QStringList paths;
+    for (int i = 0; i < count; ++i) {
+        const QString path =
+            folder.filePath(QStringLiteral("photo_%1.%2").arg(i, 4, 10, QLatin1Char('0')).arg(suffix));
+        paths << path;
+        if (QFileInfo::exists(path))
+            continue;
+        if (i >= kDistinctPhotos) {
+            QFile::copy(paths.at(i % kDistinctPhotos), path);
+            continue;
+        }
+        std::printf("making %s\n", qPrintable(path));
+        std::fflush(stdout);
+        const QImage image = TestFiles::photoLikeImage(4000, 3000, seed + quint32(i));
+        if (heic)
+            HeicWriter::writePhoneLike(path, image);
+        else
+            image.save(path, "JPEG", 90);
+    }
+    return paths;
+}
+
+qint64 residentBytes()
+{
+    QFile statm(QStringLiteral("/proc/self/statm"));
+    if (!statm.open(QIODevice::ReadOnly))
+        return 0;
+    const QList<QByteArray> fields = statm.readAll().split(' ');
+    return fields.size() > 1 ? fields.at(1).toLongLong() * 4096 : 0;
+}
+
 QStringList photosIn(const QString &folder)
 {
     QStringList patterns;
@@ -21,33 +69,10 @@ QStringList photosIn(const QString &folder)
     return files;
 }
 
-// Photo-like content: smooth gradients with shapes and grain, so JPEG coding does real work.
 void makePhotos(const QString &folder, int count)
 {
-    QRandomGenerator random(42);
-    for (int i = 0; i < count; ++i) {
-        QImage image(4000, 3000, QImage::Format_RGB32);
-        QPainter painter(&image);
-        QLinearGradient sky(0, 0, 4000, 3000);
-        sky.setColorAt(0, QColor::fromHsv(int(random.bounded(360)), 120, 230));
-        sky.setColorAt(1, QColor::fromHsv(int(random.bounded(360)), 200, 90));
-        painter.fillRect(image.rect(), sky);
-        for (int shape = 0; shape < 60; ++shape) {
-            painter.setBrush(QColor::fromHsv(int(random.bounded(360)), 180, 200, 160));
-            painter.setPen(Qt::NoPen);
-            painter.drawEllipse(QPointF(random.bounded(4000), random.bounded(3000)), random.bounded(400) + 20,
-                                random.bounded(400) + 20);
-        }
-        painter.end();
-        for (int y = 0; y < image.height(); ++y) {
-            auto *line = reinterpret_cast<QRgb *>(image.scanLine(y));
-            for (int x = 0; x < image.width(); ++x) {
-                const int grain = int(random.bounded(17)) - 8;
-                line[x] = qRgb(qBound(0, qRed(line[x]) + grain, 255), qBound(0, qGreen(line[x]) + grain, 255),
-                               qBound(0, qBlue(line[x]) + grain, 255));
-            }
-        }
-        image.save(QDir(folder).filePath(QStringLiteral("photo_%1.jpg").arg(i, 3, 10, QLatin1Char('0'))),
-                   "JPEG", 90);
-    }
+    for (int i = 0; i < count; ++i)
+        TestFiles::photoLikeImage(4000, 3000, 42 + quint32(i))
+            .save(QDir(folder).filePath(QStringLiteral("photo_%1.jpg").arg(i, 3, 10, QLatin1Char('0'))),
+                  "JPEG", 90);
 }

@@ -1,24 +1,23 @@
-// Times whole runs through the real window and the stand-in processor, and prints the tool's
-// own overhead per row: the run's wall time minus the time the processor reports spending.
+// Times whole runs through the real window and the stand-in processor, and prints the run's
+// wall time per row beside the processor's own time per row (and their ratio), the tool's own
+// overhead per row, and the longest the event loop went without running.
 //
-//   bench_run [FOLDER] [--rows N]
+//   bench_run [FOLDER] [--rows N] [--sleep MS]
 //
-// Without FOLDER it makes N (default 20) 12-megapixel JPEG photos first. The processor is the
-// built stand-in beside the program (build/bin/processor).
+// Without FOLDER it takes N (default 20) 12-megapixel JPEG photos of the kept photo set.
+// --sleep gives the stand-in processor that many ms more per picture (TARN_SIM_SLEEP_MS), as
+// a slower processor would take.
 #include "BenchPhotos.h"
+#include "BenchSetup.h"
 #include "app/MainWindow.h"
-#include "images/ImageLoader.h"
-#include "ui/UiLanguage.h"
+
+#include "Heartbeat.h"
 
 #include <QApplication>
-#include <QDir>
 #include <QElapsedTimer>
-#include <QFile>
-#include <QLineEdit>
 #include <QMessageBox>
 #include <QPlainTextEdit>
 #include <QRegularExpression>
-#include <QTemporaryDir>
 #include <QTimer>
 
 #include <cstdio>
@@ -26,51 +25,26 @@
 int main(int argc, char *argv[])
 {
     QApplication app(argc, argv);
-    UiLanguage::set(UiLanguage::English);
-    ImageLoader::applyAllocationLimit();
+    BenchSetup::prepareProgram();
 
     QStringList args = QCoreApplication::arguments().mid(1);
-    int rows = 20;
-    const int rowsAt = int(args.indexOf(QStringLiteral("--rows")));
-    if (rowsAt >= 0 && rowsAt + 1 < args.size()) {
-        rows = qMax(1, args.at(rowsAt + 1).toInt());
-        args.remove(rowsAt, 2);
-    }
-    QTemporaryDir scratch;
-    QString folder = args.value(0);
-    if (folder.isEmpty()) {
-        folder = scratch.filePath(QStringLiteral("photos"));
-        QDir().mkpath(folder);
-        std::printf("No folder given: making %d 4000x3000 JPEG photos\n", rows);
-        makePhotos(folder, rows);
-    }
-    const QStringList photos = photosIn(folder).mid(0, rows);
+    const int rows = qMax(1, BenchSetup::takeOption(args, QStringLiteral("--rows"), 20));
+    const int sleepMs = qMax(0, BenchSetup::takeOption(args, QStringLiteral("--sleep"), 0));
+    const QStringList photos =
+        (args.isEmpty() ? photoSet(QStringLiteral("jpeg"), rows) : photosIn(args.first())).mid(0, rows);
+    if (sleepMs > 0)
+        qputenv("TARN_SIM_SLEEP_MS", QByteArray::number(sleepMs));
 
-    // The window finds its processor through a configuration in the working directory.
-    const QString processorDir =
-        QDir(QCoreApplication::applicationDirPath()).filePath(QStringLiteral("../bin/processor"));
-    QFile config(scratch.filePath(QStringLiteral("tarngui_lite.json")));
-    config.open(QIODevice::WriteOnly);
-    config.write(QStringLiteral(R"({"variants": {"lite": {"executable": "%1/TARN-lite", "work_dir": "%1"}}})")
-                     .arg(QDir::cleanPath(processorDir))
-                     .toUtf8());
-    config.close();
-    QDir::setCurrent(scratch.path());
-    qputenv("TMPDIR", QFile::encodeName(scratch.path()));
-    const QString settings =
-        QDir(QCoreApplication::applicationDirPath()).filePath(QStringLiteral("VeloraOfflineTool.ini"));
-    QFile::remove(settings);
-
+    BenchSetup setup;
     double wallMs = 0;
     qint64 processorMs = 0;
+    qint64 gap = 0;
     int done = 0;
     {
         MainWindow window;
-        for (QLineEdit *edit : window.findChildren<QLineEdit *>()) {
-            if (edit->placeholderText().startsWith(QStringLiteral("Required")))
-                edit->setText(scratch.filePath(QStringLiteral("out")));
-        }
+        setup.prepare(window);
         window.addImageFiles(photos);
+        BenchSetup::waitFor(500);
         // The completion box is closed as soon as it shows.
         QTimer closer;
         QObject::connect(&closer, &QTimer::timeout, [] {
@@ -79,12 +53,13 @@ int main(int argc, char *argv[])
         });
         closer.start(20);
 
+        const Heartbeat heartbeat;
         QElapsedTimer timer;
         timer.start();
         window.onStartProcess();
-        while (window.isProcessing())
-            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 50);
+        BenchSetup::waitFor(3600 * 1000, [&window] { return !window.isProcessing(); });
         wallMs = double(timer.nsecsElapsed()) / 1e6;
+        gap = heartbeat.longestGapMs();
 
         static const QRegularExpression finished(QStringLiteral("tarn-sim: finished in (\\d+) ms"));
         const QString log = window.findChild<QPlainTextEdit *>()->toPlainText();
@@ -92,12 +67,14 @@ int main(int argc, char *argv[])
             processorMs += match.next().captured(1).toLongLong();
         done = int(log.count(QStringLiteral("  ✅ Done")));
     }
-    QFile::remove(settings);
 
     const int count = int(photos.size());
-    std::printf("%d row(s), %d done\n", count, done);
-    std::printf("  run wall time                 %9.1f ms/row\n", wallMs / count);
-    std::printf("  processor's own time          %9.1f ms/row\n", double(processorMs) / count);
-    std::printf("  tool overhead                 %9.1f ms/row\n", (wallMs - double(processorMs)) / count);
+    const double wallPerRow = wallMs / count;
+    const double processorPerRow = double(processorMs) / count;
+    std::printf("%d row(s), %d done, processor delay %d ms\n", count, done, sleepMs);
+    std::printf("  run wall time             %9.1f ms/row   processor %9.1f ms/row   ratio %.2f\n",
+                wallPerRow, processorPerRow, wallPerRow / processorPerRow);
+    std::printf("  tool overhead             %9.1f ms/row\n", wallPerRow - processorPerRow);
+    std::printf("  longest event-loop gap    %9lld ms       (target <= 100)\n", gap);
     return done == count ? 0 : 1;
 }

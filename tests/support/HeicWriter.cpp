@@ -8,7 +8,16 @@
 
 namespace HeicWriter {
 
-bool write(const QString &path, const QImage &source, int exifOrientation, bool withAlpha)
+namespace {
+
+struct Style {
+    int quality = 95;
+    const char *preset = nullptr;
+    int thumbnailSide = 0;
+};
+
+bool encode(const QString &path, const QImage &source, int exifOrientation, bool withAlpha,
+            const Style &style)
 {
     const QImage image = source.convertToFormat(withAlpha ? QImage::Format_RGBA8888 : QImage::Format_RGB888);
     heif_context *context = heif_context_alloc();
@@ -17,7 +26,9 @@ bool write(const QString &path, const QImage &source, int exifOrientation, bool 
     heif_encoding_options *options = nullptr;
     bool ok =
         heif_context_get_encoder_for_format(context, heif_compression_HEVC, &encoder).code == heif_error_Ok;
-    ok = ok && heif_encoder_set_lossy_quality(encoder, 95).code == heif_error_Ok;
+    ok = ok && heif_encoder_set_lossy_quality(encoder, style.quality).code == heif_error_Ok;
+    if (ok && style.preset)
+        ok = heif_encoder_set_parameter(encoder, "preset", style.preset).code == heif_error_Ok;
     ok = ok &&
          heif_image_create(image.width(), image.height(), heif_colorspace_RGB,
                            withAlpha ? heif_chroma_interleaved_RGBA : heif_chroma_interleaved_RGB, &picture)
@@ -33,7 +44,18 @@ bool write(const QString &path, const QImage &source, int exifOrientation, bool 
             std::memcpy(plane + qsizetype(y) * stride, image.constScanLine(y), size_t(rowBytes));
         options = heif_encoding_options_alloc();
         options->image_orientation = static_cast<heif_orientation>(exifOrientation);
-        ok = heif_context_encode_image(context, picture, encoder, options, nullptr).code == heif_error_Ok;
+        heif_image_handle *handle = nullptr;
+        ok = heif_context_encode_image(context, picture, encoder, options, &handle).code == heif_error_Ok;
+        if (ok && style.thumbnailSide > 0) {
+            heif_image_handle *thumbnail = nullptr;
+            ok = heif_context_encode_thumbnail(context, picture, handle, encoder, options,
+                                               style.thumbnailSide, &thumbnail)
+                     .code == heif_error_Ok;
+            if (thumbnail)
+                heif_image_handle_release(thumbnail);
+        }
+        if (handle)
+            heif_image_handle_release(handle);
         ok = ok &&
              heif_context_write_to_file(context, QFile::encodeName(path).constData()).code == heif_error_Ok;
     }
@@ -45,6 +67,18 @@ bool write(const QString &path, const QImage &source, int exifOrientation, bool 
         heif_encoder_release(encoder);
     heif_context_free(context);
     return ok;
+}
+
+} // namespace
+
+bool write(const QString &path, const QImage &image, int exifOrientation, bool withAlpha)
+{
+    return encode(path, image, exifOrientation, withAlpha, Style());
+}
+
+bool writePhoneLike(const QString &path, const QImage &image)
+{
+    return encode(path, image, 1, false, Style{90, "ultrafast", 320});
 }
 
 } // namespace HeicWriter

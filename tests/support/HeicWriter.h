@@ -12,4 +12,8 @@ namespace HeicWriter {
 // channel is stored too.
 bool write(const QString &path, const QImage &image, int exifOrientation = 1, bool withAlpha = false);
 
+// As a phone writes a photo: quality 90, a 320 x 240 thumbnail beside the picture, and the
+// encoder's fastest preset (a 12-megapixel picture takes about 2 s instead of 13).
+bool writePhoneLike(const QString &path, const QImage &image);
+
 } // namespace HeicWriter

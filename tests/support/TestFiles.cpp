@@ -4,6 +4,9 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QLinearGradient>
+#include <QPainter>
+#include <QRandomGenerator>
 
 namespace TestFiles {
 
@@ -61,6 +64,34 @@ QImage markedImage(int width, int height)
     for (int y = 0; y < height / 4; ++y)
         for (int x = 0; x < width / 4; ++x)
             image.setPixelColor(x, y, Qt::red);
+    return image;
+}
+
+QImage photoLikeImage(int width, int height, quint32 seed)
+{
+    QRandomGenerator random(seed);
+    QImage image(width, height, QImage::Format_RGB32);
+    QPainter painter(&image);
+    QLinearGradient sky(0, 0, width, height);
+    sky.setColorAt(0, QColor::fromHsv(int(random.bounded(360)), 120, 230));
+    sky.setColorAt(1, QColor::fromHsv(int(random.bounded(360)), 200, 90));
+    painter.fillRect(image.rect(), sky);
+    const double scale = width / 4000.0;
+    for (int shape = 0; shape < 60; ++shape) {
+        painter.setBrush(QColor::fromHsv(int(random.bounded(360)), 180, 200, 160));
+        painter.setPen(Qt::NoPen);
+        painter.drawEllipse(QPointF(random.bounded(double(width)), random.bounded(double(height))),
+                            (random.bounded(400) + 20) * scale, (random.bounded(400) + 20) * scale);
+    }
+    painter.end();
+    for (int y = 0; y < height; ++y) {
+        auto *line = reinterpret_cast<QRgb *>(image.scanLine(y));
+        for (int x = 0; x < width; ++x) {
+            const int grain = int(random.bounded(17)) - 8;
+            line[x] = qRgb(qBound(0, qRed(line[x]) + grain, 255), qBound(0, qGreen(line[x]) + grain, 255),
+                           qBound(0, qBlue(line[x]) + grain, 255));
+        }
+    }
     return image;
 }
 

@@ -24,6 +24,10 @@ QStringList makePictures(const QString &folder, int count, const QString &prefix
 // A blue picture whose top-left quarter is red: a marker that shows where a corner went.
 QImage markedImage(int width, int height);
 
+// Photo-like content: smooth gradients, soft shapes and grain, so that coding, decoding and
+// scaling do the work they do on photos. The same seed gives the same picture.
+QImage photoLikeImage(int width, int height, quint32 seed);
+
 // A solid-colour RGB32 image.
 QImage solidImage(int width, int height, const QColor &colour);
 
