@@ -2,7 +2,10 @@
 #include "app/MainWindow.h"
 
 #include "app/SettingsLocation.h"
+#include "images/DecodeQueue.h"
 #include "images/ImageLoader.h"
+#include "preprocess/PreviewRenderer.h"
+#include "run/RenderAheadQueue.h"
 #include "run/ScratchFolders.h"
 
 #include <QCloseEvent>
@@ -26,7 +29,10 @@ std::unique_ptr<QSettings> appSettings()
 MainWindow::MainWindow(QWidget *parent)
     : QMainWindow(parent)
     , m_scratch(std::make_unique<ScratchFolders>())
+    , m_previewRenderer(new PreviewRenderer(this))
+    , m_renderAhead(new RenderAheadQueue(m_scratch->renderDir(), this))
 {
+    connect(m_renderAhead, &RenderAheadQueue::ready, this, &MainWindow::onRenderReady);
     ImageLoader::pruneHeicCache(ImageLoader::kHeicCacheLimitBytes);
     setupMenuBar();
     setupUI();
@@ -38,6 +44,8 @@ MainWindow::MainWindow(QWidget *parent)
 MainWindow::~MainWindow()
 {
     saveSettings();
+    // An adding under way stops; it returns as soon as its event loop does.
+    stopAdding();
     // A processor still running is killed; its end no longer reaches the run, which is over.
     // Then this window's scratch folders go (ScratchFolders).
     m_processing = false;
@@ -46,6 +54,9 @@ MainWindow::~MainWindow()
         m_process->kill();
         m_process->waitForFinished(2000);
     }
+    // Renders under way end (and their files go) before the scratch folders do.
+    delete m_renderAhead;
+    m_renderAhead = nullptr;
 }
 
 void MainWindow::setUiLanguage(UiLanguage::Lang /*lang*/) {}

@@ -16,10 +16,15 @@
 #include <memory>
 #include <optional>
 
+class DecodeQueue;
 class ImageTableWidget;
 class PreprocControlPanel;
 class PreprocWidget;
+class PreviewRenderer;
 class ProcessorSelfTest;
+class QProgressDialog;
+class RenderAheadQueue;
+struct DecodedPicture;
 class QAction;
 class QCheckBox;
 class QComboBox;
@@ -139,6 +144,9 @@ public:
     QString liteBinStagingDir() const;
     QString resolveOutputPathsForRow(int row) const;
     QStringList buildArgs(int row);
+    // The arguments, given the row's render (none: the row sends its picture as it is; an
+    // empty path: the render failed).
+    QStringList processorArgs(int row, const std::optional<QString> &rendered);
     bool validateSettings() const;
     void processNext();
     void showProcessingCompleteDialog();
@@ -191,6 +199,12 @@ protected:
     void dropEvent(QDropEvent *event) override;
 
 private:
+    // A picture waiting to become a row, and the folder it was added from.
+    struct PendingImage {
+        QString path;
+        QString baseDir;
+    };
+
     void setupMenuBar();
     void setupUI();
     QGroupBox *createStepSelectDevice();
@@ -207,6 +221,11 @@ private:
     void finishRun();
     int currentRunRow() const;
     int nextPendingRow() const;
+    void renderAhead(int row);
+    bool requestRender(int row);
+    void startWhenRendered();
+    void startRow(int row, const std::optional<QString> &rendered);
+    void onRenderReady(quint64 rowId);
     void runStartupSelfTest(const QString &dir);
     bool takeKeySnapshotForRun();
     bool checkSaveLocationForRun() const;
@@ -217,6 +236,13 @@ private:
     void finishRow(int row, Str::RowStatus status, int exitCode = 0);
     QString keyArgumentPath() const;
     void onRowPreprocessingChanged(PreprocWidget *widget);
+    bool collectPendingImages(const QStringList &paths, QProgressDialog *progress,
+                              QList<PendingImage> *pending);
+    void stopAdding();
+    bool acceptDecodedImage(const PendingImage &image, const DecodedPicture &picture, QSet<QString> *seen);
+    void appendImageRows(const QList<QPair<PendingImage, DecodedPicture>> &images);
+    void fillImageRow(int row, const QString &absolute, const QString &baseDir,
+                      const DecodedPicture &picture);
     static bool isReservedVariant(const QString &id);
     static QString variantSettingsKey(const QString &id, const char *field);
     void logProcessOutput(const QByteArray &bytes, bool standardError);
@@ -314,6 +340,10 @@ private:
     int m_successCount = 0;
     bool m_startupCheckDone = false;
     std::unique_ptr<ScratchFolders> m_scratch;
+    PreviewRenderer *m_previewRenderer = nullptr; // the rows' framed thumbnails, on worker threads
+    DecodeQueue *m_imageDecodes = nullptr;        // the decodes of an adding under way
+    RenderAheadQueue *m_renderAhead = nullptr;    // the run's next pictures, on worker threads
+    bool m_waitingForRender = false;              // the current row waits for its picture
     ProcessorSelfTest *m_selfTest = nullptr;
     quint64 m_nextRowId = 1;
     quint64 m_currentRowId = 0;          // the row the processor works on, wherever it moves

@@ -50,7 +50,7 @@ int MainWindow::applyToRowWidgets(const QList<int> &rows, const QString &title,
     progress.setValue(0);
     progress.setLabelText(progressLabel(0, total));
     progress.show();
-    m_imageTable->setUpdatesEnabled(false);
+    // The table keeps its updates on (switching them back on would repaint every row at once).
     int done = 0;
     for (int row : rows) {
         if (progress.wasCanceled())
@@ -65,7 +65,6 @@ int MainWindow::applyToRowWidgets(const QList<int> &rows, const QString &title,
     }
     if (progress.isVisible())
         progress.setValue(total); // closes the dialog unless reaching the total already did
-    m_imageTable->setUpdatesEnabled(true);
     return changed;
 }
 

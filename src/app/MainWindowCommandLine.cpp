@@ -91,6 +91,16 @@ bool MainWindow::checkSaveLocationForRun() const
 
 QStringList MainWindow::buildArgs(int row)
 {
+    // The picture is rendered here and now; a run has it rendered ahead instead (processorArgs).
+    std::optional<QString> rendered;
+    PreprocWidget *widget = preprocWidgetAt(row);
+    if (widget && widget->state().fillMode != FillMode::Direct)
+        rendered = widget->applyPreprocessing(renderDir());
+    return processorArgs(row, rendered);
+}
+
+QStringList MainWindow::processorArgs(int row, const std::optional<QString> &rendered)
+{
     QStringList args;
     QTableWidgetItem *file = m_imageTable->item(row, FileColumn);
 
@@ -103,13 +113,11 @@ QStringList MainWindow::buildArgs(int row)
     }
     if (!heicCache.isEmpty())
         input = heicCache;
-    PreprocWidget *widget = preprocWidgetAt(row);
-    if (widget && widget->state().fillMode != FillMode::Direct) {
-        const QString rendered = widget->applyPreprocessing(renderDir());
-        if (!rendered.isEmpty()) {
+    if (rendered) {
+        if (!rendered->isEmpty()) {
             if (file)
-                file->setData(kTempPreprocRole, rendered);
-            input = QDir::fromNativeSeparators(rendered);
+                file->setData(kTempPreprocRole, *rendered);
+            input = QDir::fromNativeSeparators(*rendered);
         } else {
             appendLog(Str::preprocFailedUseOriginal());
         }

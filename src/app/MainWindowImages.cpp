@@ -1,7 +1,9 @@
 // Adding pictures: file and folder choosers, drops, folder scans, de-duplication, HEIC
-// conversion, the row limit, and the rows themselves.
+// conversion, the row limit, and the rows themselves. The decoding runs on worker threads
+// (DecodeQueue); rows are made here, on the GUI thread, in the order of a serial add.
 #include "app/MainWindow.h"
 
+#include "images/DecodeQueue.h"
 #include "images/ImageLoader.h"
 #include "images/ImageTableWidget.h"
 #include "preprocess/PreprocWidget.h"
@@ -10,41 +12,40 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QDirIterator>
+#include <QEventLoop>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QLabel>
 #include <QMessageBox>
+#include <QPointer>
 #include <QProgressDialog>
+#include <QScopeGuard>
+#include <QTimer>
+
+#include <utility>
 
 #include <algorithm>
 
 namespace {
 
 constexpr int kSmallBatchLimit = 15;
+constexpr int kRowsPerInsertion = 16; // at most this many rows are made in one go, ...
+constexpr int kInsertionDelayMs = 40; // ... or those that came within this time
 constexpr int kThumbnailSide = 72;
 const QColor kMissingThumbnailGrey(180, 180, 180);
-
-struct PendingImage {
-    QString path;
-    QString baseDir;
-};
 
 bool isSupportedFile(const QFileInfo &info)
 {
     return ImageLoader::supportedExtensions().contains(info.suffix().toLower());
 }
 
-QPixmap thumbnailFor(const QImage &source)
+QPixmap thumbnailFor(const QImage &thumbnail)
 {
-    if (source.isNull()) {
-        QPixmap grey(kThumbnailSide, kThumbnailSide);
-        grey.fill(kMissingThumbnailGrey);
-        return grey;
-    }
-    if (source.width() <= kThumbnailSide && source.height() <= kThumbnailSide)
-        return QPixmap::fromImage(source);
-    return QPixmap::fromImage(
-        source.scaled(kThumbnailSide, kThumbnailSide, Qt::KeepAspectRatio, Qt::SmoothTransformation));
+    if (!thumbnail.isNull())
+        return QPixmap::fromImage(thumbnail);
+    QPixmap grey(kThumbnailSide, kThumbnailSide);
+    grey.fill(kMissingThumbnailGrey);
+    return grey;
 }
 
 } // namespace
@@ -65,29 +66,13 @@ void MainWindow::onAddFolder()
         addImageFiles({folder});
 }
 
-void MainWindow::addImageFiles(const QStringList &paths)
+bool MainWindow::collectPendingImages(const QStringList &paths, QProgressDialog *progress,
+                                      QList<PendingImage> *pending)
 {
     QStringList nameFilters;
     for (const QString &extension : ImageLoader::supportedExtensions())
         nameFilters << QStringLiteral("*.") + extension;
-
-    const bool anyFolder = std::any_of(paths.begin(), paths.end(), [](const QString &path) {
-        return !path.isEmpty() && QFileInfo(path).isDir();
-    });
-    const bool showDialog = anyFolder || paths.size() > kSmallBatchLimit;
-    QProgressDialog progress(this);
-    progress.setWindowTitle(Str::importImagesTitle());
-    progress.setWindowModality(Qt::WindowModal);
-    progress.setMinimumDuration(0);
-    progress.setAutoClose(true);
-    progress.setAutoReset(true);
-    progress.setCancelButtonText(Str::cancel());
-    progress.setMinimumWidth(360);
-    if (!showDialog)
-        progress.cancel(); // a small batch never shows it (and its show timer is stopped)
-
-    QList<PendingImage> pending;
-    pending.reserve(paths.size() * 8);
+    pending->reserve(paths.size() * 8);
     const bool recursive = m_includeSubfoldersCheck && m_includeSubfoldersCheck->isChecked();
     for (const QString &input : paths) {
         const QFileInfo info(input);
@@ -95,35 +80,70 @@ void MainWindow::addImageFiles(const QStringList &paths)
             continue;
         if (!info.isDir()) {
             if (isSupportedFile(info))
-                pending.append({info.absoluteFilePath(), info.absolutePath()});
+                pending->append({info.absoluteFilePath(), info.absolutePath()});
             continue;
         }
         const QString folder = info.absoluteFilePath();
-        progress.setRange(0, 0);
-        progress.setValue(0);
-        progress.setLabelText(Str::importScanLabel(QDir::toNativeSeparators(folder), 0));
-        progress.show();
+        progress->setRange(0, 0);
+        progress->setValue(0);
+        progress->setLabelText(Str::importScanLabel(QDir::toNativeSeparators(folder), 0));
+        progress->show();
         QDirIterator it(folder, nameFilters, QDir::Files,
                         recursive ? QDirIterator::Subdirectories | QDirIterator::FollowSymlinks
                                   : QDirIterator::NoIteratorFlags);
         QStringList found;
         while (it.hasNext()) {
-            if (progress.wasCanceled())
-                return; // a cancelled scan adds nothing of this call
+            if (progress->wasCanceled())
+                return false; // a cancelled scan adds nothing of this call
             found << it.next();
             if (found.size() % 100 == 0) {
-                progress.setLabelText(
+                progress->setLabelText(
                     Str::importScanLabel(QDir::toNativeSeparators(folder), int(found.size())));
                 QCoreApplication::processEvents();
             }
         }
         std::sort(found.begin(), found.end(),
                   [](const QString &a, const QString &b) { return a.compare(b, Qt::CaseInsensitive) < 0; });
-        pending.reserve(pending.size() + found.size());
+        pending->reserve(pending->size() + found.size());
         for (const QString &file : std::as_const(found))
-            pending.append({file, folder});
+            pending->append({file, folder});
     }
+    return true;
+}
 
+void MainWindow::stopAdding()
+{
+    // The rows already added stay; the adding (in its own loop) adds no more.
+    if (DecodeQueue *decodes = std::exchange(m_imageDecodes, nullptr))
+        decodes->cancel();
+}
+
+void MainWindow::addImageFiles(const QStringList &paths)
+{
+    if (m_imageDecodes)
+        return; // an adding is under way (its dialog keeps the user out; this is a program's call)
+
+    const bool anyFolder = std::any_of(paths.begin(), paths.end(), [](const QString &path) {
+        return !path.isEmpty() && QFileInfo(path).isDir();
+    });
+    const bool showDialog = anyFolder || paths.size() > kSmallBatchLimit;
+    // On the heap: this window may go while the adding waits for its pictures, and the dialog
+    // with it.
+    const QPointer<QProgressDialog> progress = new QProgressDialog(this);
+    const auto dismiss = qScopeGuard([progress] { delete progress.data(); });
+    progress->setWindowTitle(Str::importImagesTitle());
+    progress->setWindowModality(Qt::WindowModal);
+    progress->setMinimumDuration(0);
+    progress->setAutoClose(true);
+    progress->setAutoReset(true);
+    progress->setCancelButtonText(Str::cancel());
+    progress->setMinimumWidth(360);
+    if (!showDialog)
+        progress->cancel(); // a small batch never shows it (and its show timer is stopped)
+
+    QList<PendingImage> pending;
+    if (!collectPendingImages(paths, progress, &pending))
+        return;
     if (pending.isEmpty()) {
         updateCount();
         return;
@@ -134,44 +154,118 @@ void MainWindow::addImageFiles(const QStringList &paths)
         if (const QTableWidgetItem *item = m_imageTable->item(row, FileColumn))
             seen.insert(item->data(kSourcePathRole).toString());
     }
+    // What each picture needs decoded: a picture already listed none, but a HEIC/HEIF one is
+    // converted again all the same (a serial add converts before it looks for duplicates).
+    QList<DecodeQueue::Job> jobs;
+    jobs.reserve(pending.size());
+    QSet<QString> listed = seen;
+    for (const PendingImage &image : std::as_const(pending)) {
+        const bool duplicate = listed.contains(image.path);
+        listed.insert(image.path);
+        const bool heic = ImageLoader::isHeicPath(image.path);
+        jobs.append({image.path, !duplicate ? DecodeQueue::Work::Decode
+                                 : heic     ? DecodeQueue::Work::ConvertOnly
+                                            : DecodeQueue::Work::Nothing});
+    }
 
     const int total = int(pending.size());
-    const auto tableIsFull = [this] { return m_imageTable->rowCount() > kPlaylistFrameLimit - 1; };
     int reached = total;
     bool limitStopped = false;
-    m_imageTable->setUpdatesEnabled(false);
-    if (!showDialog && total <= kSmallBatchLimit) {
-        for (int i = 0; i < total; ++i) {
-            if (tableIsFull()) {
-                reached = i;
-                limitStopped = true;
-                break;
-            }
-            addSingleFile(pending.at(i).path, pending.at(i).baseDir, &seen);
-        }
-    } else {
-        progress.reset();
-        progress.setRange(0, total);
-        progress.setValue(0);
-        progress.setLabelText(Str::importAddLabel(0, total));
-        progress.show();
-        for (int i = 0; i < total; ++i) {
-            if (tableIsFull()) {
-                reached = i;
-                limitStopped = true;
-                break;
-            }
-            if (progress.wasCanceled())
-                break;
-            progress.setValue(i);
-            progress.setLabelText(Str::importAddLabel(i + 1, total));
-            addSingleFile(pending.at(i).path, pending.at(i).baseDir, &seen);
-            if ((i + 1) % 5 == 0)
-                QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
-        }
-        progress.setValue(total);
+    const bool small = !showDialog && total <= kSmallBatchLimit;
+    if (!small) {
+        progress->reset();
+        progress->setRange(0, total);
+        progress->setValue(0);
+        progress->setLabelText(Str::importAddLabel(0, total));
+        progress->show();
     }
-    m_imageTable->setUpdatesEnabled(true);
+
+    // Decoded pictures become rows a batch at a time: each insertion makes the table place every
+    // row widget it holds again, so one insertion per picture would cost ever more. Not nested:
+    // the progress dialog and a warning box run events, which may bring more pictures; those
+    // wait in line behind the ones being made into rows.
+    QList<QPair<int, DecodedPicture>> delivered;
+    QTimer flushTimer;
+    flushTimer.setSingleShot(true);
+    DecodeQueue decodes;
+    bool stopped = false; // by the row limit or by Cancel: what is still waiting is dropped
+    bool flushing = false;
+    // Events run here and there (dialogs, progress), and the window may go meanwhile: after
+    // each, nothing of it is touched unless it is still there.
+    const QPointer<MainWindow> guard(this);
+    const auto flush = [&] {
+        if (flushing || stopped || !guard)
+            return;
+        flushing = true;
+        flushTimer.stop();
+        QList<QPair<PendingImage, DecodedPicture>> rows;
+        int last = -1;
+        while (!stopped && !delivered.isEmpty() && rows.size() < kRowsPerInsertion) {
+            const auto [index, picture] = delivered.takeFirst();
+            if (m_imageTable->rowCount() + rows.size() > kPlaylistFrameLimit - 1) {
+                reached = index;
+                limitStopped = stopped = true;
+                decodes.cancel();
+                break;
+            }
+            if (picture.unconvertible) {
+                appendImageRows(rows); // its warning comes in table order, after the rows before it
+                rows.clear();
+            }
+            const bool accepted = acceptDecodedImage(pending.at(index), picture, &seen);
+            if (!guard)
+                return;
+            if (accepted && !stopped)
+                rows.append({pending.at(index), picture});
+            last = index;
+        }
+        appendImageRows(rows);
+        if (!small && last >= 0 && progress) {
+            // Progress counts finished pictures.
+            progress->setValue(last + 1);
+            if (!guard)
+                return;
+            if (progress)
+                progress->setLabelText(Str::importAddLabel(last + 1, total));
+        }
+        flushing = false;
+        if (!stopped && !delivered.isEmpty())
+            flushTimer.start(0); // the rest after what else waits
+    };
+    connect(&flushTimer, &QTimer::timeout, this, flush);
+    connect(&decodes, &DecodeQueue::decoded, this, [&](int index, const DecodedPicture &picture) {
+        if (!guard)
+            return;
+        delivered.append({index, picture});
+        if (picture.unconvertible || delivered.size() >= kRowsPerInsertion)
+            flush();
+        else if (!flushTimer.isActive())
+            flushTimer.start(kInsertionDelayMs);
+    });
+    QEventLoop loop;
+    connect(&decodes, &DecodeQueue::finished, &loop, &QEventLoop::quit);
+    if (!small)
+        connect(progress, &QProgressDialog::canceled, this, [&] {
+            stopped = true;
+            decodes.cancel();
+        });
+
+    m_imageDecodes = &decodes;
+    // The table keeps its updates on: switching them back on after a thousand rows would repaint
+    // every row widget at once (a long freeze), while new rows outside the view cost nothing.
+    decodes.start(jobs);
+    // The event loop runs while the pictures are decoded. A small batch has no dialog to keep
+    // the user out, so it takes no input meanwhile.
+    if (decodes.isBusy())
+        loop.exec(small ? QEventLoop::ExcludeUserInputEvents : QEventLoop::AllEvents);
+    if (!guard)
+        return; // the window went meanwhile; its destructor stopped the adding
+    const bool cancelledFromOutside = m_imageDecodes == nullptr; // Clear or Remove stopped it
+    m_imageDecodes = nullptr;
+    while (!stopped && !cancelledFromOutside && !delivered.isEmpty())
+        flush(); // all decoded: the last batches
+    if (progress && !small)
+        progress->setValue(total);
 
     const int skipped = total - reached;
     if (limitStopped && skipped > 0) {
@@ -179,6 +273,7 @@ void MainWindow::addImageFiles(const QStringList &paths)
                              Str::importSkippedPlaylistLimit(skipped, kPlaylistFrameLimit));
     }
     updateCount();
+    ImageLoader::releaseFreedMemory();
 }
 
 void MainWindow::addSingleFile(const QString &path, const QString &baseDir, QSet<QString> *seen)
@@ -188,35 +283,50 @@ void MainWindow::addSingleFile(const QString &path, const QString &baseDir, QSet
     const QFileInfo info(path);
     if (!info.exists() || !isSupportedFile(info))
         return;
+    const PendingImage image{info.absoluteFilePath(), baseDir};
+    const DecodedPicture picture = DecodeQueue::decode({path, DecodeQueue::Work::Decode});
+    if (acceptDecodedImage(image, picture, seen))
+        appendImageRows({{image, picture}});
+}
 
-    // Converted before the duplicate test, so a HEIC file already listed is found in the
-    // cache (or converted) again.
-    QString heicCache;
-    if (ImageLoader::isHeicPath(path)) {
-        heicCache = ImageLoader::resolveProcessorInputPath(path);
-        if (heicCache.isEmpty()) {
-            QMessageBox::warning(this, Str::noticeTitle(),
-                                 Str::heicLoadFailed(QDir::toNativeSeparators(path)));
-            return;
-        }
+bool MainWindow::acceptDecodedImage(const PendingImage &image, const DecodedPicture &picture,
+                                    QSet<QString> *seen)
+{
+    // The conversion comes before the duplicate test, so a HEIC file already listed is found
+    // in the cache (or converted) again, and warned about again when it cannot be.
+    if (picture.unconvertible) {
+        QMessageBox::warning(this, Str::noticeTitle(),
+                             Str::heicLoadFailed(QDir::toNativeSeparators(image.path)));
+        return false;
     }
-
-    const QString absolute = info.absoluteFilePath();
+    const QString absolute = QFileInfo(image.path).absoluteFilePath();
     if (seen) {
         if (seen->contains(absolute))
-            return;
+            return false;
         seen->insert(absolute);
-    } else {
-        for (int row = 0; row < m_imageTable->rowCount(); ++row) {
-            const QTableWidgetItem *item = m_imageTable->item(row, FileColumn);
-            if (item && item->data(kSourcePathRole).toString() == absolute)
-                return;
-        }
+        return true;
     }
+    for (int row = 0; row < m_imageTable->rowCount(); ++row) {
+        const QTableWidgetItem *item = m_imageTable->item(row, FileColumn);
+        if (item && item->data(kSourcePathRole).toString() == absolute)
+            return false;
+    }
+    return true;
+}
 
-    const int row = m_imageTable->rowCount();
-    m_imageTable->insertRow(row);
+void MainWindow::appendImageRows(const QList<QPair<PendingImage, DecodedPicture>> &images)
+{
+    if (images.isEmpty())
+        return;
+    int row = m_imageTable->rowCount();
+    m_imageTable->setRowCount(row + int(images.size()));
+    for (const auto &[image, picture] : images)
+        fillImageRow(row++, QFileInfo(image.path).absoluteFilePath(), image.baseDir, picture);
+}
 
+void MainWindow::fillImageRow(int row, const QString &absolute, const QString &baseDir,
+                              const DecodedPicture &picture)
+{
     auto *select = new QTableWidgetItem;
     select->setFlags(Qt::ItemIsUserCheckable | Qt::ItemIsEnabled);
     select->setCheckState(Qt::Unchecked);
@@ -225,16 +335,17 @@ void MainWindow::addSingleFile(const QString &path, const QString &baseDir, QSet
 
     m_imageTable->setCellWidget(row, OrderColumn, createRowReorderWidget(row));
 
-    auto *file = new QTableWidgetItem(info.fileName());
+    auto *file = new QTableWidgetItem(QFileInfo(absolute).fileName());
     file->setData(kSourcePathRole, absolute);
     file->setData(kBaseDirRole, baseDir);
     file->setData(kTempPreprocRole, QString());
-    file->setData(kHeicCacheRole, heicCache);
+    file->setData(kHeicCacheRole, picture.heicCache);
     file->setData(kRowIdRole, m_nextRowId++);
     file->setToolTip(absolute);
     m_imageTable->setItem(row, FileColumn, file);
 
-    auto *widget = new PreprocWidget(absolute);
+    auto *widget = new PreprocWidget(absolute, picture.preview);
+    widget->setPreviewRenderer(m_previewRenderer);
     // No redraw here: the widget draws its first thumbnail once the row is in place.
     widget->setFrameSettings(panelResolution(), isLandscapeOrientation(), false);
     widget->applyLanguage();
@@ -242,9 +353,8 @@ void MainWindow::addSingleFile(const QString &path, const QString &baseDir, QSet
             [this, widget] { onRowPreprocessingChanged(widget); });
     m_imageTable->setCellWidget(row, FileColumn, widget);
 
-    // The 72-pixel thumbnail comes from the picture the row widget has already decoded.
     auto *thumb = new QLabel;
-    thumb->setPixmap(thumbnailFor(widget->thumbnailSource()));
+    thumb->setPixmap(thumbnailFor(picture.thumbnail));
     thumb->setAlignment(Qt::AlignCenter);
     thumb->setToolTip(Str::thumbOriginalTip());
     thumb->setAttribute(Qt::WA_TransparentForMouseEvents);

@@ -1,6 +1,7 @@
 // The widgets of Step 2 (images and the table) and Step 3 (the playback file).
 #include "app/MainWindow.h"
 
+#include "images/CellWidgetDelegate.h"
 #include "images/ImageTableWidget.h"
 #include "preprocess/PreprocControlPanel.h"
 #include "ui/AppTheme.h"
@@ -24,10 +25,10 @@ namespace {
 
 // The file cell is covered by the row's widget, which shows the name itself: the cell paints
 // its background and selection only, so its text never shows through.
-class CoveredCellDelegate : public QStyledItemDelegate
+class CoveredCellDelegate : public CellWidgetDelegate
 {
 public:
-    using QStyledItemDelegate::QStyledItemDelegate;
+    using CellWidgetDelegate::CellWidgetDelegate;
 
     void paint(QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index) const override
     {

@@ -3,8 +3,10 @@
 // Done rows.
 #include "app/MainWindow.h"
 
+#include "images/ImageLoader.h"
 #include "images/ImageTableWidget.h"
 #include "processor/ChildProcessGuard.h"
+#include "run/RenderAheadQueue.h"
 #include "ui/AppBranding.h"
 
 #include <QCheckBox>
@@ -121,10 +123,15 @@ void MainWindow::processNext()
     setRowStatus(row, Str::RowStatus::Processing);
     m_imageTable->scrollToItem(m_imageTable->item(row, StatusColumn));
     discardOutput(row); // nothing left from an earlier attempt may pass for this one's output
+    renderAhead(row);
+    startWhenRendered();
+}
 
+void MainWindow::startRow(int row, const std::optional<QString> &rendered)
+{
     const QString executable = m_exeEdit->text().trimmed();
     const QString workDir = m_workDirEdit->text().trimmed();
-    const QStringList args = buildArgs(row);
+    const QStringList args = processorArgs(row, rendered);
 
     const QTableWidgetItem *file = m_imageTable->item(row, FileColumn);
     appendLog(Str::rowLogHeader(QTime::currentTime().toString(QStringLiteral("HH:mm:ss")), row + 1,
@@ -242,6 +249,8 @@ void MainWindow::onProcessFinished(int exitCode, QProcess::ExitStatus status)
 void MainWindow::finishRun()
 {
     m_processing = false;
+    m_renderAhead->clear();
+    ImageLoader::releaseFreedMemory();
     const int rows = m_imageTable->rowCount();
     m_progressBar->setValue(rows);
     m_progressBar->setFormat(Str::processingProgress(m_successCount, rows));
@@ -269,7 +278,14 @@ void MainWindow::onStopProcess()
     if (!m_processing)
         return;
     m_processing = false;
-    if (m_process && m_process->state() != QProcess::NotRunning) {
+    m_renderAhead->clear(); // renders under way are dropped, their files with them
+    if (m_waitingForRender) {
+        // Stopped while its picture was still being rendered: no processor ran for it yet.
+        m_waitingForRender = false;
+        appendLog(Str::processingStopped());
+        if (const int row = currentRunRow(); row >= 0)
+            setRowStatus(row, Str::RowStatus::Pending);
+    } else if (m_process && m_process->state() != QProcess::NotRunning) {
         m_stopRequested = true;
         m_process->kill();
         appendLog(Str::processingStopped());

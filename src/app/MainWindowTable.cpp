@@ -1,12 +1,15 @@
 // The image table: row order, selection, removal, row statuses and per-row temporary files.
 #include "app/MainWindow.h"
 
+#include "images/DecodeQueue.h"
 #include "images/ImageLoader.h"
 #include "images/ImageTableWidget.h"
 #include "preprocess/PreprocWidget.h"
 
 #include <QCheckBox>
+#include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QLabel>
 #include <QMessageBox>
 #include <QPushButton>
@@ -110,6 +113,7 @@ void MainWindow::onRemoveSelected()
         QMessageBox::warning(this, Str::noticeTitle(), Str::stopBeforeRemove());
         return;
     }
+    stopAdding(); // an adding under way adds no more (and its rows keep their places)
     QList<int> rows = checkedRows();
     if (rows.isEmpty()) {
         for (const QTableWidgetItem *item : m_imageTable->selectedItems()) {
@@ -136,6 +140,7 @@ void MainWindow::onClearAll()
         QMessageBox::warning(this, Str::noticeTitle(), Str::stopBeforeClear());
         return;
     }
+    stopAdding(); // an adding under way adds no more
     for (int row = 0; row < m_imageTable->rowCount(); ++row) {
         cleanupTempFile(row);
         cleanupHeicCache(row);
@@ -153,6 +158,10 @@ void MainWindow::cleanupTempFile(int row)
     const QString path = item->data(kTempPreprocRole).toString();
     if (!path.isEmpty()) {
         QFile::remove(path);
+        // A picture rendered ahead has a folder of its own in the render folder: it goes too.
+        const QString folder = QFileInfo(path).absolutePath();
+        if (QFileInfo(folder).absolutePath() == QFileInfo(renderDir()).absoluteFilePath())
+            QDir().rmdir(folder);
         item->setData(kTempPreprocRole, QString());
     }
 }

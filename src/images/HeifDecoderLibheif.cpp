@@ -5,6 +5,7 @@
 #include "images/ImageLoader.h"
 
 #include <QFile>
+#include <QThread>
 
 #include <libheif/heif.h>
 
@@ -27,8 +28,11 @@ QImage decodeHeif(const QString &path)
     std::unique_ptr<heif_context, ContextDeleter> context(heif_context_alloc());
     if (!context)
         return QImage();
-    if (heif_context_read_from_file(context.get(), QFile::encodeName(path).constData(), nullptr).code != heif_error_Ok)
+    if (heif_context_read_from_file(context.get(), QFile::encodeName(path).constData(), nullptr).code !=
+        heif_error_Ok)
         return QImage();
+    // Pictures stored as a grid of tiles (as phones store them) decode their tiles in parallel.
+    heif_context_set_max_decoding_threads(context.get(), QThread::idealThreadCount());
 
     heif_image_handle *rawHandle = nullptr;
     if (heif_context_get_primary_image_handle(context.get(), &rawHandle).code != heif_error_Ok)
@@ -38,12 +42,13 @@ QImage decodeHeif(const QString &path)
     // Refuse what the image readers would refuse: no hostile header exhausts memory here.
     const qint64 width = heif_image_handle_get_width(handle.get());
     const qint64 height = heif_image_handle_get_height(handle.get());
-    if (width <= 0 || height <= 0 || width * height * 4 > qint64(ImageLoader::kAllocationLimitMB) * 1024 * 1024)
+    if (width <= 0 || height <= 0 ||
+        width * height * 4 > qint64(ImageLoader::kAllocationLimitMB) * 1024 * 1024)
         return QImage();
 
     heif_image *rawImage = nullptr;
-    if (heif_decode_image(handle.get(), &rawImage, heif_colorspace_RGB, heif_chroma_interleaved_RGB, nullptr).code
-        != heif_error_Ok)
+    if (heif_decode_image(handle.get(), &rawImage, heif_colorspace_RGB, heif_chroma_interleaved_RGB, nullptr)
+            .code != heif_error_Ok)
         return QImage();
     std::unique_ptr<heif_image, ImageDeleter> image(rawImage);
 

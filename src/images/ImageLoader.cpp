@@ -11,6 +11,12 @@
 #include <QSaveFile>
 #include <QStandardPaths>
 
+#include <atomic>
+
+#if defined(__GLIBC__)
+#include <malloc.h>
+#endif
+
 namespace ImageLoader {
 
 namespace {
@@ -20,7 +26,24 @@ const QStringList kSupportedExtensions = {
     QStringLiteral("webp"), QStringLiteral("heic"), QStringLiteral("heif"),
 };
 const QStringList kHeicExtensions = {QStringLiteral("heic"), QStringLiteral("heif")};
+
+std::atomic<int> g_heifDecodes{0};
+
+QImage decodeHeifCounted(const QString &path)
+{
+    ++g_heifDecodes;
+    return decodeHeif(path);
+}
 } // namespace
+
+int heifDecodeCount() { return g_heifDecodes.load(); }
+
+void releaseFreedMemory()
+{
+#if defined(__GLIBC__)
+    malloc_trim(0);
+#endif
+}
 
 void applyAllocationLimit() { QImageReader::setAllocationLimit(kAllocationLimitMB); }
 
@@ -46,10 +69,57 @@ QImage load(const QString &path, int maxSide)
     if (!image.isNull() || !isHeicPath(path))
         return image;
 
-    const QImage decoded = decodeHeif(path);
-    if (decoded.isNull() || maxSide < 1 || (decoded.width() <= maxSide && decoded.height() <= maxSide))
-        return decoded;
-    return decoded.scaled(maxSide, maxSide, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+    const QImage decoded = decodeHeifCounted(path);
+    return maxSide < 1 ? decoded : scaledToFit(decoded, maxSide);
+}
+
+QImage loadCovering(const QString &path, const QSize &box, Qt::AspectRatioMode mode)
+{
+    QImageReader reader(path);
+    reader.setAutoTransform(true);
+    const QSize stored = reader.size();
+    if (reader.format() == "jpeg" && stored.isValid() && box.isValid()) {
+        // The box in the stored orientation, as the reader's sizes are.
+        const bool turned = reader.transformation() & QImageIOHandler::TransformationRotate90;
+        const QSize needed = stored.scaled(turned ? box.transposed() : box, mode);
+        // libjpeg decodes at M/8 of the size (M = 1..8); Qt picks M from the asked size.
+        for (int m = 1; m < 8; ++m) {
+            const QSize scaled(stored.width() * m / 8, stored.height() * m / 8);
+            if (scaled.width() >= needed.width() && scaled.height() >= needed.height()) {
+                reader.setScaledSize(scaled);
+                break;
+            }
+        }
+    }
+    const QImage image = reader.read();
+    if (!image.isNull() || !isHeicPath(path))
+        return image;
+    return decodeHeifCounted(path);
+}
+
+QImage scaledToFit(const QImage &image, int maxSide)
+{
+    if (image.isNull() || maxSide < 1 || (image.width() <= maxSide && image.height() <= maxSide))
+        return image;
+    const QSize target = image.size().scaled(maxSide, maxSide, Qt::KeepAspectRatio);
+    QImage reduced = image.convertToFormat(QImage::Format_RGB32);
+    // Halve by averaging 2 x 2 blocks while the picture is at least twice the target size.
+    while (reduced.width() >= 2 * target.width() && reduced.height() >= 2 * target.height()) {
+        QImage half(reduced.width() / 2, reduced.height() / 2, QImage::Format_RGB32);
+        for (int y = 0; y < half.height(); ++y) {
+            const auto *top = reinterpret_cast<const QRgb *>(reduced.constScanLine(2 * y));
+            const auto *bottom = reinterpret_cast<const QRgb *>(reduced.constScanLine(2 * y + 1));
+            auto *out = reinterpret_cast<QRgb *>(half.scanLine(y));
+            for (int x = 0; x < half.width(); ++x) {
+                const QRgb a = top[2 * x], b = top[2 * x + 1], c = bottom[2 * x], d = bottom[2 * x + 1];
+                out[x] = qRgb((qRed(a) + qRed(b) + qRed(c) + qRed(d) + 2) / 4,
+                              (qGreen(a) + qGreen(b) + qGreen(c) + qGreen(d) + 2) / 4,
+                              (qBlue(a) + qBlue(b) + qBlue(c) + qBlue(d) + 2) / 4);
+            }
+        }
+        reduced = half;
+    }
+    return reduced.scaled(target, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
 }
 
 QString heicCacheDir()
@@ -58,7 +128,7 @@ QString heicCacheDir()
            QStringLiteral("/tarngui_heic_cache");
 }
 
-QString resolveProcessorInputPath(const QString &path)
+QString resolveProcessorInputPath(const QString &path, QImage *decoded)
 {
     if (!isHeicPath(path))
         return path;
@@ -78,6 +148,8 @@ QString resolveProcessorInputPath(const QString &path)
     const QImage image = load(path, 0);
     if (image.isNull())
         return QString();
+    if (decoded)
+        *decoded = image;
     QDir().mkpath(heicCacheDir());
     // Written through a temporary file and renamed, so an interrupted write never leaves a
     // half file that a later call would take for a finished conversion.

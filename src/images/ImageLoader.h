@@ -22,9 +22,20 @@ bool isHeicPath(const QString &path);
 // maxSide x maxSide box (aspect kept). EXIF orientation is applied to Qt-read files.
 QImage load(const QString &path, int maxSide);
 
+// The picture at the smallest size the reader can decode it at (a JPEG at M/8 of its size)
+// that is still no smaller than the picture scaled into box with mode (fitted in, or
+// covering it); box is in the picture's upright orientation. Pictures the reader cannot
+// shrink while decoding come at full size.
+QImage loadCovering(const QString &path, const QSize &box, Qt::AspectRatioMode mode);
+
+// The image scaled into a maxSide x maxSide box, aspect kept, smoothly; unchanged when it fits.
+// Large reductions first average 2 x 2 blocks, which is much faster and looks the same.
+QImage scaledToFit(const QImage &image, int maxSide);
+
 // The path the processor gets: the path itself for every non-HEIC file, a cached JPEG for a
-// HEIC/HEIF file, empty when such a file cannot be converted.
-QString resolveProcessorInputPath(const QString &path);
+// HEIC/HEIF file, empty when such a file cannot be converted. When it converts, the picture it
+// decoded for that is handed back through decoded (null when the cache already held it).
+QString resolveProcessorInputPath(const QString &path, QImage *decoded = nullptr);
 void removeCachedConversion(const QString &cachedPath);
 QString heicCacheDir();
 
@@ -35,5 +46,12 @@ constexpr qint64 kHeicCacheLimitBytes = qint64(1) << 30;
 int pruneHeicCache(qint64 maxBytes);
 
 QString imageFileDialogFilter();
+
+// Gives the system back the memory that large decodes freed. The C library of Linux keeps it
+// in per-thread pools otherwise, a photo's worth per worker thread; elsewhere nothing to do.
+void releaseFreedMemory();
+
+// How many HEIC/HEIF pictures this process has decoded so far (each costs most of a second).
+int heifDecodeCount();
 
 } // namespace ImageLoader

@@ -1,5 +1,7 @@
 #include "images/ImageTableWidget.h"
 
+#include "images/CellWidgetDelegate.h"
+
 #include <QDragEnterEvent>
 #include <QDragMoveEvent>
 #include <QDropEvent>
@@ -18,6 +20,7 @@ ImageTableWidget::ImageTableWidget(int columns, QWidget *parent)
     viewport()->setAcceptDrops(true);
     setDragEnabled(false);
     viewport()->installEventFilter(this);
+    setItemDelegate(new CellWidgetDelegate(this));
 }
 
 void ImageTableWidget::setSwapRowContentHandler(std::function<void(int, int)> handler)

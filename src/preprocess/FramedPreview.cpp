@@ -19,8 +19,14 @@ QPixmap makeFramedPreviewPixmap(const QImage &image, const QSize &box)
 
 QPixmap makeFramedPreviewPixmapExact(const QImage &image, const QSize &outer)
 {
+    const QImage framed = makeFramedPreviewImageExact(image, outer);
+    return framed.isNull() ? QPixmap() : QPixmap::fromImage(framed);
+}
+
+QImage makeFramedPreviewImageExact(const QImage &image, const QSize &outer)
+{
     if (image.isNull() || outer.width() <= 0 || outer.height() <= 0)
-        return QPixmap();
+        return QImage();
 
     const int shorter = std::min(outer.width(), outer.height());
     const int border = shorter <= 49 ? 4 : shorter / 10;
@@ -71,8 +77,7 @@ QPixmap makeFramedPreviewPixmapExact(const QImage &image, const QSize &outer)
         painter.drawLine(QPoint(border, border), QPoint(border, outerHeight - border));
     }
 
-    QPixmap pixmap = QPixmap::fromImage(framed);
-    if (pixmap.size() != outer)
-        pixmap = pixmap.scaled(outer, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
-    return pixmap;
+    if (framed.size() != outer)
+        framed = framed.scaled(outer, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    return framed;
 }

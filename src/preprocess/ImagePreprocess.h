@@ -39,16 +39,20 @@ QImage renderPreprocPipeline(const QImage &image, const PreprocState &state, con
 
 // The frame as the viewer sees it: the panel size, swapped in landscape.
 QSize effectiveFrameResolution(const QSize &panel, bool landscape);
-QImage renderPreprocDisplayPreview(const QImage &image, const PreprocState &state, const QSize &panel, bool landscape);
+QImage renderPreprocDisplayPreview(const QImage &image, const PreprocState &state, const QSize &panel,
+                                   bool landscape);
 // What the processor gets: always the panel's native portrait size; a landscape composition
 // is turned 90 degrees clockwise. FillMode::Direct sends the source untouched.
-QImage renderPreprocExport(const QImage &image, const PreprocState &state, const QSize &panel, bool landscape);
+QImage renderPreprocExport(const QImage &image, const PreprocState &state, const QSize &panel,
+                           bool landscape);
 
 QSize previewFrameOuterSize(const QSize &frame, int box);
 QSize scaledResolutionForPreview(const QSize &frame, int maxSide);
 // The picture inside an imitation wooden frame, fitted into a box or of an exact outer size.
 QPixmap makeFramedPreviewPixmap(const QImage &image, const QSize &box);
 QPixmap makeFramedPreviewPixmapExact(const QImage &image, const QSize &outer);
+// The same as an image, which (unlike a pixmap) can be made on any thread.
+QImage makeFramedPreviewImageExact(const QImage &image, const QSize &outer);
 
 // "W×H" of a panel size, or the catalogue's "not set" text for an invalid size.
 QString formatPanelResolutionText(const QSize &size);

@@ -39,9 +39,10 @@ QPushButton *PreprocControlPanel::fillButton(FillMode mode) const
 
 void PreprocControlPanel::buildUi(LayoutStyle style)
 {
+    // Styled by the application's sheet (AppTheme::rowControlsStyleRules), by object name.
     const auto makeCaption = [this] {
         auto *label = new QLabel(this);
-        label->setStyleSheet(AppTheme::mutedLabelStyleSheet("font-size:11px;"));
+        label->setObjectName(QStringLiteral("tarnPanelCaption"));
         return label;
     };
     const auto makeButton = [this](bool checkable) {
@@ -49,7 +50,8 @@ void PreprocControlPanel::buildUi(LayoutStyle style)
         button->setFixedHeight(kButtonHeight);
         button->setMinimumWidth(kButtonMinWidth);
         button->setCheckable(checkable);
-        button->setStyleSheet(checkable ? buttonStyleSheet() : actionButtonStyleSheet());
+        button->setObjectName(checkable ? QStringLiteral("tarnFillModeBtn")
+                                        : QStringLiteral("tarnActionBtn"));
         return button;
     };
 

@@ -3,6 +3,7 @@
 #include "images/ImageLoader.h"
 #include "preprocess/ImagePreviewDialog.h"
 #include "preprocess/PreprocControlPanel.h"
+#include "preprocess/PreviewRenderer.h"
 #include "ui/AppStrings.h"
 
 #include <QDir>
@@ -19,15 +20,26 @@ constexpr int kPreviewBox = 88;
 } // namespace
 
 PreprocWidget::PreprocWidget(const QString &path, QWidget *parent)
+    : PreprocWidget(path, CompactImage(ImageLoader::load(path, kThumbnailSourceSide)), parent)
+{
+}
+
+PreprocWidget::PreprocWidget(const QString &path, const CompactImage &thumbnailSource, QWidget *parent)
     : QWidget(parent)
     , m_sourcePath(path)
-    , m_thumbnailSource(ImageLoader::load(path, kThumbnailSourceSide))
+    , m_thumbnailSource(thumbnailSource)
     , m_state{defaultFillMode(), 0}
     , m_panelResolution(1200, 1600)
 {
     setupUI();
     // The first thumbnail is drawn once the row is in place.
     QTimer::singleShot(0, this, &PreprocWidget::updatePreview);
+}
+
+PreprocWidget::~PreprocWidget()
+{
+    if (m_renderer)
+        m_renderer->forget(this);
 }
 
 PreprocState PreprocWidget::withoutDirect(PreprocState state)
@@ -60,7 +72,8 @@ void PreprocWidget::setupUI()
     m_previewLabel = new QLabel(this);
     m_previewLabel->setAlignment(Qt::AlignCenter);
     m_previewLabel->setCursor(Qt::PointingHandCursor);
-    m_previewLabel->setStyleSheet(QStringLiteral("background: transparent;"));
+    m_previewLabel->setObjectName(
+        QStringLiteral("tarnRowPreview")); // transparent, by the application's sheet
     m_previewLabel->setToolTip(Str::clickPreviewTip());
     m_previewLabel->installEventFilter(this);
     updatePreviewFrameSize();
@@ -87,7 +100,7 @@ QImage PreprocWidget::displayPreviewImage() const
 {
     if (m_thumbnailSource.isNull())
         return QImage();
-    return renderPreprocDisplayPreview(m_thumbnailSource, m_state,
+    return renderPreprocDisplayPreview(m_thumbnailSource.image(), m_state,
                                        scaledResolutionForPreview(m_panelResolution, kThumbnailSourceSide),
                                        m_landscape);
 }
@@ -99,12 +112,25 @@ QImage PreprocWidget::processedPreview() const
 
 void PreprocWidget::refreshPreviewPixmap()
 {
+    if (m_renderer) {
+        if (!m_thumbnailSource.isNull())
+            m_renderer->request(this, {m_thumbnailSource, m_state, m_panelResolution, m_landscape});
+        return;
+    }
     const QImage preview = displayPreviewImage();
     if (preview.isNull())
         return;
     m_previewLabel->setPixmap(makeFramedPreviewPixmapExact(
         preview,
         previewFrameOuterSize(effectiveFrameResolution(m_panelResolution, m_landscape), kPreviewBox)));
+}
+
+void PreprocWidget::setPreviewRenderer(PreviewRenderer *renderer) { m_renderer = renderer; }
+
+void PreprocWidget::showFramedPreview(const QImage &framed)
+{
+    if (!framed.isNull())
+        m_previewLabel->setPixmap(QPixmap::fromImage(framed));
 }
 
 void PreprocWidget::updatePreview()
@@ -176,6 +202,13 @@ void PreprocWidget::swapContentWith(PreprocWidget *other)
     std::swap(m_sourcePath, other->m_sourcePath);
     std::swap(m_thumbnailSource, other->m_thumbnailSource);
     std::swap(m_state, other->m_state);
+    if (m_renderer) {
+        // Both rows share the frame settings: each thumbnail is right for the other row at once
+        // (and is drawn again, in case one was still on its way).
+        const QPixmap mine = m_previewLabel->pixmap();
+        m_previewLabel->setPixmap(other->m_previewLabel->pixmap());
+        other->m_previewLabel->setPixmap(mine);
+    }
     for (PreprocWidget *widget : {this, other}) {
         widget->showSourceName();
         widget->m_controlPanel->setState(widget->m_state);

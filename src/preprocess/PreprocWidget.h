@@ -1,28 +1,41 @@
 #pragma once
 
+#include "images/CompactImage.h"
 #include "preprocess/ImagePreprocess.h"
 
 #include <QImage>
+#include <QPointer>
 #include <QSize>
 #include <QWidget>
 
 class PreprocControlPanel;
+class PreviewRenderer;
 class QLabel;
 
 // The cell widget of an image row: the row's picture and its preprocessing state, with the
 // file name, a compact fill/rotate panel and a framed thumbnail that opens the preview dialog.
 // Its state never holds FillMode::Direct (a row always sends a prepared picture) and its
 // rotation stays within 0..359. Setters take a refresh flag: with false nothing is redrawn
-// and nothing emitted, so batch code can refresh each row itself.
+// and nothing emitted, so batch code can refresh each row itself. Given a PreviewRenderer,
+// the framed thumbnail is drawn on worker threads and shown when it arrives; without one it
+// is drawn at once.
 class PreprocWidget : public QWidget
 {
     Q_OBJECT
 
 public:
     explicit PreprocWidget(const QString &path, QWidget *parent = nullptr);
+    // With its thumbnail source already decoded (the picture fitted into 280 x 280), kept
+    // compactly: a row widget holds it for as long as its row lives.
+    PreprocWidget(const QString &path, const CompactImage &thumbnailSource, QWidget *parent = nullptr);
+    ~PreprocWidget() override;
+
+    void setPreviewRenderer(PreviewRenderer *renderer);
+    // A framed thumbnail the renderer made for this widget's current content.
+    void showFramedPreview(const QImage &framed);
 
     QString sourcePath() const { return m_sourcePath; }
-    QImage thumbnailSource() const { return m_thumbnailSource; }
+    QImage thumbnailSource() const { return m_thumbnailSource.image(); }
     PreprocState state() const { return m_state; }
     QSize panelResolution() const { return m_panelResolution; }
     bool isLandscape() const { return m_landscape; }
@@ -68,11 +81,12 @@ private:
     static PreprocState withoutDirect(PreprocState state);
 
     QString m_sourcePath;
-    QImage m_thumbnailSource;
+    CompactImage m_thumbnailSource;
     PreprocState m_state;
     QSize m_panelResolution;
     bool m_landscape = false;
     QLabel *m_nameLabel = nullptr;
     PreprocControlPanel *m_controlPanel = nullptr;
     QLabel *m_previewLabel = nullptr;
+    QPointer<PreviewRenderer> m_renderer;
 };

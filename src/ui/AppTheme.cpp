@@ -67,7 +67,16 @@ QString applicationStyleSheet()
                              "QPushButton#tarnBrowseBtn:pressed {  background: %3;}");
     const QString titleColour = isDarkMode() ? kAccentPale : kAccent;
     return progressAndBrowse.arg(kAccent, kAccentPale, kAccentLight) +
-           stepSectionStyleRules().arg(titleColour);
+           stepSectionStyleRules().arg(titleColour) + rowControlsStyleRules();
+}
+
+QString rowControlsStyleRules()
+{
+    const QLatin1String button("QPushButton");
+    return fillModeButtonStyleSheet().replace(button, QLatin1String("QPushButton#tarnFillModeBtn")) +
+           actionButtonStyleSheet().replace(button, QLatin1String("QPushButton#tarnActionBtn")) +
+           QStringLiteral("QLabel#tarnPanelCaption {") + mutedLabelStyleSheet("font-size:11px;") +
+           QStringLiteral("}QLabel#tarnRowPreview { background: transparent; }");
 }
 
 QString stepSectionStyleRules()

@@ -28,6 +28,7 @@ private Q_SLOTS:
     void buttonsAndCaptions();
     void layouts();
     void language();
+    void looksAsWithSheetsOfItsOwn();
 };
 
 void TestPreprocControlPanel::initTestCase() { UiLanguage::set(UiLanguage::English); }
@@ -123,7 +124,8 @@ void TestPreprocControlPanel::buttonsAndCaptions()
         QVERIFY(button->isCheckable());
         QCOMPARE(button->height(), 22);
         QCOMPARE(button->minimumWidth(), 52);
-        QCOMPARE(button->styleSheet(), AppTheme::fillModeButtonStyleSheet());
+        QCOMPARE(button->objectName(),
+                 QStringLiteral("tarnFillModeBtn")); // styled by the application's sheet
     }
     QCOMPARE(panel.rotateLeftButton()->text(), QStringLiteral("Rotate left"));
     QCOMPARE(panel.rotateLeftButton()->toolTip(),
@@ -131,7 +133,7 @@ void TestPreprocControlPanel::buttonsAndCaptions()
     QCOMPARE(panel.rotateRightButton()->text(), QStringLiteral("Rotate right"));
     QCOMPARE(panel.rotateRightButton()->toolTip(), QStringLiteral("Rotate 90° clockwise (click to add)"));
     QVERIFY(!panel.rotateLeftButton()->isCheckable());
-    QCOMPARE(panel.rotateLeftButton()->styleSheet(), AppTheme::actionButtonStyleSheet());
+    QCOMPARE(panel.rotateLeftButton()->objectName(), QStringLiteral("tarnActionBtn"));
     QCOMPARE(PreprocControlPanel::buttonStyleSheet(), AppTheme::fillModeButtonStyleSheet());
     QCOMPARE(PreprocControlPanel::actionButtonStyleSheet(), AppTheme::actionButtonStyleSheet());
 }
@@ -169,6 +171,34 @@ void TestPreprocControlPanel::language()
     QCOMPARE(panel.fillButton(FillMode::BlurFill)->text(), QStringLiteral("模糊"));
     QCOMPARE(panel.rotateLeftButton()->text(), QStringLiteral("向左旋转"));
     QCOMPARE(panel.rotationLabel()->text(), QStringLiteral("当前 270°"));
+}
+
+void TestPreprocControlPanel::looksAsWithSheetsOfItsOwn()
+{
+    // The application's sheet styles the panel by its controls' names; the panel must look
+    // exactly as when each control carried the sheet of its own, checked, hovered or not.
+    qApp->setStyleSheet(AppTheme::applicationStyleSheet());
+    PreprocControlPanel named(Style::Stacked, false, true);
+    PreprocControlPanel own(Style::Stacked, false, true);
+    for (QPushButton *button : own.findChildren<QPushButton *>()) {
+        button->setStyleSheet(button->isCheckable() ? AppTheme::fillModeButtonStyleSheet()
+                                                    : AppTheme::actionButtonStyleSheet());
+        button->setObjectName(QString());
+    }
+    for (QLabel *label : own.findChildren<QLabel *>()) {
+        label->setStyleSheet(AppTheme::mutedLabelStyleSheet("font-size:11px;"));
+        label->setObjectName(QString());
+    }
+    for (PreprocControlPanel *panel : {&named, &own}) {
+        panel->setState({FillMode::WhiteFill, 90});
+        panel->resize(360, 60);
+        panel->show();
+    }
+    QVERIFY(QTest::qWaitForWindowExposed(&named) && QTest::qWaitForWindowExposed(&own));
+    const QImage expected = own.grab().toImage();
+    QVERIFY(!expected.isNull());
+    QCOMPARE(named.grab().toImage(), expected);
+    qApp->setStyleSheet(QString());
 }
 
 QTEST_MAIN(TestPreprocControlPanel)

@@ -77,6 +77,7 @@ private Q_SLOTS:
     void stepSectionRulesLeaveTitleColourOpen();
     void mutedLabel();
     void applyToSetsPaletteAndSheet();
+    void rowControlsRules();
 };
 
 void TestAppTheme::darkModeFollowsWindowLightness()
@@ -95,7 +96,7 @@ void TestAppTheme::darkModeFollowsWindowLightness()
 void TestAppTheme::darkSheets()
 {
     setWindowLightness(127);
-    QCOMPARE(AppTheme::applicationStyleSheet(), kDarkApp);
+    QCOMPARE(AppTheme::applicationStyleSheet(), kDarkApp + AppTheme::rowControlsStyleRules());
     QCOMPARE(AppTheme::primaryButtonStyleSheet(), kPrimary);
     QCOMPARE(AppTheme::fillModeButtonStyleSheet(), kDarkFill);
     QCOMPARE(AppTheme::actionButtonStyleSheet(), kDarkAction);
@@ -107,7 +108,7 @@ void TestAppTheme::darkSheets()
 void TestAppTheme::lightSheets()
 {
     setWindowLightness(128);
-    QCOMPARE(AppTheme::applicationStyleSheet(), kLightApp);
+    QCOMPARE(AppTheme::applicationStyleSheet(), kLightApp + AppTheme::rowControlsStyleRules());
     QCOMPARE(AppTheme::primaryButtonStyleSheet(), kPrimary);
     QCOMPARE(AppTheme::fillModeButtonStyleSheet(), kLightFill);
     QCOMPARE(AppTheme::actionButtonStyleSheet(), kLightAction);
@@ -156,7 +157,26 @@ void TestAppTheme::applyToSetsPaletteAndSheet()
         QCOMPARE(palette.color(group, QPalette::HighlightedText), QColor(Qt::white));
         QCOMPARE(palette.color(group, QPalette::Link), QColor(0x2B, 0x5E, 0x45));
     }
-    QCOMPARE(qApp->styleSheet(), kLightApp);
+    QCOMPARE(qApp->styleSheet(), kLightApp + AppTheme::rowControlsStyleRules());
+}
+
+void TestAppTheme::rowControlsRules()
+{
+    // The rows' sheets, as rules of the application's sheet that pick the controls by name.
+    setWindowLightness(230);
+    QString light = kLightFill;
+    QString lightAction = kLightAction;
+    QCOMPARE(AppTheme::rowControlsStyleRules(),
+             light.replace("QPushButton", "QPushButton#tarnFillModeBtn") +
+                 lightAction.replace("QPushButton", "QPushButton#tarnActionBtn") +
+                 "QLabel#tarnPanelCaption {color:#555; font-size:11px;}"
+                 "QLabel#tarnRowPreview { background: transparent; }");
+    setWindowLightness(40);
+    QString dark = kDarkFill;
+    QVERIFY(AppTheme::rowControlsStyleRules().startsWith(
+        dark.replace("QPushButton", "QPushButton#tarnFillModeBtn")));
+    QVERIFY(AppTheme::rowControlsStyleRules().contains(
+        "QLabel#tarnPanelCaption {color:#a8a8a8; font-size:11px;}"));
 }
 
 QTEST_MAIN(TestAppTheme)

@@ -70,6 +70,7 @@ expect "3 ok 3 2 50 100 200 128"          # the UTF-16 path reached the decoder
 expect "4 fail CreateDecoderFromFilename 0x80070002"   # file not found
 expect "5 fail CreateDecoderFromFilename 0x88982f50"   # no decoder for a text file
 expect "6 fail CreateDecoderFromFilename 0x88982f50"   # wine has no HEIF codec
+expect "threads ok 3 2"                   # COM joined on each worker thread
 grep -Eq '^2 ok 8 6 2(4[5-9]|5[0-5]) 2(4[5-9]|5[0-5]) 2(4[5-9]|5[0-5]) 255$' "$work/probe.txt" \
     || fail "the JPEG did not decode to 8x6 near-white opaque pixels"
 

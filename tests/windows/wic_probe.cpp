@@ -3,9 +3,12 @@
 //   <index> ok <width> <height> <b> <g> <r> <a>      (the first pixel, straight alpha)
 //   <index> fail <step> 0x<hresult>
 // Each file is decoded twice, so that a second decode after a failure is exercised too.
+// Then the first file is decoded on two threads of their own at once, as the program's
+// workers decode ("threads ok <width> <height>" when both succeed).
 #include "images/WicDecode.h"
 
 #include <cstdio>
+#include <thread>
 
 int wmain(int argc, wchar_t *argv[])
 {
@@ -14,11 +17,25 @@ int wmain(int argc, wchar_t *argv[])
             WicImage image;
             const WicResult result = wicDecodeFile(argv[i], &image);
             if (round == 0 && result.ok())
-                std::printf("%d ok %d %d %u %u %u %u\n", i, image.width, image.height, image.bgra[0], image.bgra[1],
-                            image.bgra[2], image.bgra[3]);
+                std::printf("%d ok %d %d %u %u %u %u\n", i, image.width, image.height, image.bgra[0],
+                            image.bgra[1], image.bgra[2], image.bgra[3]);
             else if (round == 0)
-                std::printf("%d fail %s 0x%08x\n", i, wicStepName(result.failedStep), unsigned(result.hresult));
+                std::printf("%d fail %s 0x%08x\n", i, wicStepName(result.failedStep),
+                            unsigned(result.hresult));
         }
+    }
+    if (argc > 1) {
+        WicImage first, second;
+        WicResult firstResult, secondResult;
+        std::thread a([&] { firstResult = wicDecodeFile(argv[1], &first); });
+        std::thread b([&] { secondResult = wicDecodeFile(argv[1], &second); });
+        a.join();
+        b.join();
+        if (firstResult.ok() && secondResult.ok() && first.bgra == second.bgra)
+            std::printf("threads ok %d %d\n", first.width, first.height);
+        else
+            std::printf("threads fail %s %s\n", wicStepName(firstResult.failedStep),
+                        wicStepName(secondResult.failedStep));
     }
     std::fflush(stdout);
     return 0;

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QByteArray>
+#include <QImage>
+#include <QSize>
+
+// A small picture kept compactly in memory: its JPEG encoding (quality 92, about a tenth of
+// its pixels' size), decoded again when it is needed. For the thumbnail sources of the rows,
+// a thousand of which are held at once. Copies share the bytes; both directions are safe on
+// any thread. A null image stays null.
+class CompactImage
+{
+public:
+    CompactImage() = default;
+    explicit CompactImage(const QImage &image);
+
+    bool isNull() const { return m_jpeg.isEmpty(); }
+    QSize size() const { return m_size; }
+    qsizetype byteCount() const { return m_jpeg.size(); }
+    QImage image() const;
+
+private:
+    QByteArray m_jpeg;
+    QSize m_size;
+};

@@ -1,0 +1,102 @@
+#include "preprocess/PreviewRenderer.h"
+
+#include "preprocess/PreprocWidget.h"
+
+#include <QElapsedTimer>
+#include <QMutexLocker>
+#include <QThread>
+#include <QTimer>
+
+namespace {
+constexpr int kDeliverySliceMs = 8;
+constexpr int kThumbnailSourceSide = 280;
+constexpr int kPreviewBox = 88;
+} // namespace
+
+PreviewRenderer::PreviewRenderer(QObject *parent)
+    : QObject(parent)
+{
+    m_pool.setMaxThreadCount(qMax(1, QThread::idealThreadCount()));
+}
+
+PreviewRenderer::~PreviewRenderer()
+{
+    m_pool.clear();
+    m_pool.waitForDone();
+}
+
+QImage PreviewRenderer::render(const Request &request)
+{
+    if (request.source.isNull())
+        return QImage();
+    const QSize frame = effectiveFrameResolution(request.panel, request.landscape);
+    const QImage preview = renderPreprocDisplayPreview(
+        request.source.image(), request.state,
+        scaledResolutionForPreview(request.panel, kThumbnailSourceSide), request.landscape);
+    return makeFramedPreviewImageExact(preview, previewFrameOuterSize(frame, kPreviewBox));
+}
+
+void PreviewRenderer::request(PreprocWidget *widget, const Request &request)
+{
+    Entry &entry = m_widgets[widget];
+    if (!entry.newest)
+        entry.newest = std::make_shared<std::atomic<quint64>>(0);
+    const quint64 ticket = m_nextTicket++;
+    entry.latest = ticket;
+    entry.newest->store(ticket);
+    ++m_inFlight;
+    const std::shared_ptr<std::atomic<quint64>> newest = entry.newest;
+    m_pool.start([this, widget, ticket, newest, request] {
+        // Thumbnails take what the decodes and renders of an adding or a run leave over.
+        QThread::currentThread()->setPriority(QThread::IdlePriority);
+        // A newer request of the same widget makes this one pointless.
+        const QImage framed = newest->load() == ticket ? render(request) : QImage();
+        // This renderer outlives the job (its destructor waits for the pool); the widget is
+        // only looked up, on the GUI thread.
+        const QMutexLocker lock(&m_doneMutex);
+        m_done.append({widget, ticket, framed});
+        if (!m_deliveryPosted) {
+            m_deliveryPosted = true;
+            QMetaObject::invokeMethod(this, &PreviewRenderer::deliverSome, Qt::QueuedConnection);
+        }
+    });
+}
+
+void PreviewRenderer::forget(PreprocWidget *widget)
+{
+    const auto entry = m_widgets.constFind(widget);
+    if (entry != m_widgets.constEnd()) {
+        entry->newest->store(0);
+        m_widgets.erase(entry);
+    }
+}
+
+void PreviewRenderer::deliverSome()
+{
+    QElapsedTimer slice;
+    slice.start();
+    for (;;) {
+        Result result;
+        {
+            const QMutexLocker lock(&m_doneMutex);
+            if (m_done.isEmpty()) {
+                m_deliveryPosted = false;
+                break;
+            }
+            if (slice.elapsed() >= kDeliverySliceMs) {
+                // The rest after whatever else waits (a timer goes last: other events first).
+                QTimer::singleShot(0, this, &PreviewRenderer::deliverSome);
+                return;
+            }
+            result = m_done.takeFirst();
+        }
+        --m_inFlight;
+        const auto entry = m_widgets.constFind(result.widget);
+        if (entry != m_widgets.constEnd() && entry->latest == result.ticket) {
+            m_widgets.erase(entry);
+            result.widget->showFramedPreview(result.framed);
+        }
+    }
+    if (m_inFlight == 0)
+        Q_EMIT idle();
+}

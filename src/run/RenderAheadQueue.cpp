@@ -1,0 +1,127 @@
+#include "run/RenderAheadQueue.h"
+
+#include "images/ImageLoader.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QThread>
+
+namespace {
+constexpr int kRenderThreads = 2; // the rows after the one being processed
+constexpr int kQuality = 92;
+} // namespace
+
+RenderAheadQueue::RenderAheadQueue(const QString &outputDir, QObject *parent)
+    : QObject(parent)
+    , m_outputDir(outputDir)
+{
+    m_pool.setMaxThreadCount(qMin(kRenderThreads, qMax(1, QThread::idealThreadCount())));
+}
+
+RenderAheadQueue::~RenderAheadQueue()
+{
+    m_pool.clear();
+    m_pool.waitForDone();
+    clear();
+    for (auto it = m_abandoned.cbegin(); it != m_abandoned.cend(); ++it)
+        QDir(it.value()).removeRecursively();
+}
+
+QImage RenderAheadQueue::renderImage(const RenderRequest &request)
+{
+    if (request.state.fillMode == FillMode::Direct)
+        return QImage();
+    // The box is in the picture's own orientation, before its rotation.
+    QSize box = effectiveFrameResolution(request.panel, request.landscape);
+    if (request.state.rotationDegrees % 180 != 0)
+        box.transpose();
+    const Qt::AspectRatioMode mode =
+        request.state.fillMode == FillMode::CenterCrop ? Qt::KeepAspectRatioByExpanding : Qt::KeepAspectRatio;
+    const QImage source = ImageLoader::loadCovering(request.source, box, mode);
+    return source.isNull() ? QImage()
+                           : renderPreprocExport(source, request.state, request.panel, request.landscape);
+}
+
+QString RenderAheadQueue::render(const RenderRequest &request, const QString &path)
+{
+    const QImage exported = renderImage(request);
+    if (exported.isNull())
+        return QString();
+    QDir().mkpath(QFileInfo(path).absolutePath());
+    return exported.save(path, "JPEG", kQuality) ? path : QString();
+}
+
+void RenderAheadQueue::request(quint64 rowId, const QByteArray &stamp, const RenderRequest &request)
+{
+    const auto existing = m_renders.constFind(rowId);
+    if (existing != m_renders.constEnd() && existing->stamp == stamp)
+        return; // asked for already
+    discard(rowId);
+    const quint64 ticket = m_nextTicket++;
+    m_renders.insert(rowId, Render{ticket, stamp, false, QString()});
+    const QString path =
+        QDir(m_outputDir).filePath(QString::number(ticket) + QLatin1Char('/') + request.fileName);
+    m_pool.start([this, rowId, ticket, request, path] {
+        const QString file = render(request, path);
+        // This queue outlives the render (its destructor waits for the pool).
+        QMetaObject::invokeMethod(
+            this, [this, rowId, ticket, file] { finish(rowId, ticket, file); }, Qt::QueuedConnection);
+    });
+}
+
+void RenderAheadQueue::finish(quint64 rowId, quint64 ticket, const QString &file)
+{
+    const QString folder = QDir(m_outputDir).filePath(QString::number(ticket));
+    if (file.isEmpty())
+        QDir().rmdir(folder); // a failed render leaves no folder behind
+    if (m_abandoned.remove(ticket) > 0) {
+        removeRender(file, folder);
+        return;
+    }
+    const auto render = m_renders.find(rowId);
+    if (render == m_renders.end() || render->ticket != ticket) {
+        removeRender(file, folder);
+        return;
+    }
+    render->finished = true;
+    render->file = file;
+    Q_EMIT ready(rowId);
+}
+
+std::optional<QString> RenderAheadQueue::take(quint64 rowId, const QByteArray &stamp)
+{
+    const auto render = m_renders.constFind(rowId);
+    if (render == m_renders.constEnd() || !render->finished || render->stamp != stamp)
+        return std::nullopt;
+    const QString file = render->file;
+    m_renders.erase(render);
+    return file;
+}
+
+void RenderAheadQueue::discard(quint64 rowId)
+{
+    const auto render = m_renders.constFind(rowId);
+    if (render == m_renders.constEnd())
+        return;
+    const QString folder = QDir(m_outputDir).filePath(QString::number(render->ticket));
+    if (render->finished)
+        removeRender(render->file, folder);
+    else
+        m_abandoned.insert(render->ticket, folder); // its file goes when its render ends
+    m_renders.erase(render);
+}
+
+void RenderAheadQueue::clear()
+{
+    const QList<quint64> rows = m_renders.keys();
+    for (quint64 rowId : rows)
+        discard(rowId);
+}
+
+void RenderAheadQueue::removeRender(const QString &file, const QString &folder)
+{
+    if (!file.isEmpty())
+        QFile::remove(file);
+    QDir().rmdir(folder);
+}
