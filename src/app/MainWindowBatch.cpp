@@ -24,8 +24,7 @@ int MainWindow::applyToRowWidgets(const QList<int> &rows, const QString &title,
             return false; // not a row widget: skipped and not counted
         const PreprocState before = widget->state();
         action(widget);
-        if (widget->state().fillMode != before.fillMode ||
-            widget->state().rotationDegrees != before.rotationDegrees)
+        if (widget->state() != before)
             markRowChanged(row);
         widget->refreshPreviewDisplay();
         ++changed;

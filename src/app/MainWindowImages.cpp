@@ -346,6 +346,7 @@ void MainWindow::fillImageRow(int row, const QString &absolute, const QString &b
 
     auto *widget = new PreprocWidget(absolute, picture.preview);
     widget->setPreviewRenderer(m_previewRenderer);
+    widget->setPictureSize(picture.pictureSize);
     // No redraw here: the widget draws its first thumbnail once the row is in place.
     widget->setFrameSettings(panelResolution(), isLandscapeOrientation(), false);
     widget->applyLanguage();

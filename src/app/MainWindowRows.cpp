@@ -41,6 +41,10 @@ QByteArray MainWindow::rowInputStamp(int row, const QByteArray &keyFingerprint) 
     if (const PreprocWidget *widget = preprocWidgetAt(row)) {
         text += '|' + QByteArray::number(qint32(widget->state().fillMode));
         text += '|' + QByteArray::number(widget->state().rotationDegrees);
+        // The framing, exactly (a change of a pixel's worth makes another frame).
+        text += '|' + QByteArray::number(widget->state().focusX, 'g', 17);
+        text += '|' + QByteArray::number(widget->state().focusY, 'g', 17);
+        text += '|' + QByteArray::number(widget->state().zoom, 'g', 17);
     }
     const QSize panel = panelResolution();
     text += '|' + QByteArray::number(panel.width()) + 'x' + QByteArray::number(panel.height());

@@ -39,8 +39,10 @@ DecodedPicture DecodeQueue::decode(const Job &job)
             return picture;
         preview = full.isNull() ? ImageLoader::load(picture.heicCache, kPreviewSide)
                                 : ImageLoader::scaledToFit(full, kPreviewSide);
+        picture.pictureSize = full.isNull() ? ImageLoader::pictureSize(picture.heicCache) : full.size();
     } else if (job.work == Work::Decode) {
         preview = ImageLoader::load(job.path, kPreviewSide);
+        picture.pictureSize = ImageLoader::pictureSize(job.path);
     }
     const bool fits = preview.width() <= kThumbnailSide && preview.height() <= kThumbnailSide;
     picture.thumbnail =

@@ -17,6 +17,7 @@
 struct DecodedPicture {
     CompactImage preview;       // the row's thumbnail source: the picture fitted into 280 x 280
     QImage thumbnail;           // the table's thumbnail, fitted into 72 x 72 from preview
+    QSize pictureSize;          // the whole picture's size as viewed; invalid when unknown
     QString heicCache;          // for a HEIC/HEIF picture: the converted JPEG the processor gets
     bool unconvertible = false; // a HEIC/HEIF picture that cannot be converted: it gets no row
 };

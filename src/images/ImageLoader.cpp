@@ -97,29 +97,44 @@ QImage loadCovering(const QString &path, const QSize &box, Qt::AspectRatioMode m
     return decodeHeifCounted(path);
 }
 
+QImage halved(const QImage &image)
+{
+    const QImage source = image.convertToFormat(QImage::Format_RGB32);
+    QImage half(source.width() / 2, source.height() / 2, QImage::Format_RGB32);
+    for (int y = 0; y < half.height(); ++y) {
+        const auto *top = reinterpret_cast<const QRgb *>(source.constScanLine(2 * y));
+        const auto *bottom = reinterpret_cast<const QRgb *>(source.constScanLine(2 * y + 1));
+        auto *out = reinterpret_cast<QRgb *>(half.scanLine(y));
+        for (int x = 0; x < half.width(); ++x) {
+            const QRgb a = top[2 * x], b = top[2 * x + 1], c = bottom[2 * x], d = bottom[2 * x + 1];
+            out[x] = qRgb((qRed(a) + qRed(b) + qRed(c) + qRed(d) + 2) / 4,
+                          (qGreen(a) + qGreen(b) + qGreen(c) + qGreen(d) + 2) / 4,
+                          (qBlue(a) + qBlue(b) + qBlue(c) + qBlue(d) + 2) / 4);
+        }
+    }
+    return half;
+}
+
 QImage scaledToFit(const QImage &image, int maxSide)
 {
     if (image.isNull() || maxSide < 1 || (image.width() <= maxSide && image.height() <= maxSide))
         return image;
     const QSize target = image.size().scaled(maxSide, maxSide, Qt::KeepAspectRatio);
     QImage reduced = image.convertToFormat(QImage::Format_RGB32);
-    // Halve by averaging 2 x 2 blocks while the picture is at least twice the target size.
-    while (reduced.width() >= 2 * target.width() && reduced.height() >= 2 * target.height()) {
-        QImage half(reduced.width() / 2, reduced.height() / 2, QImage::Format_RGB32);
-        for (int y = 0; y < half.height(); ++y) {
-            const auto *top = reinterpret_cast<const QRgb *>(reduced.constScanLine(2 * y));
-            const auto *bottom = reinterpret_cast<const QRgb *>(reduced.constScanLine(2 * y + 1));
-            auto *out = reinterpret_cast<QRgb *>(half.scanLine(y));
-            for (int x = 0; x < half.width(); ++x) {
-                const QRgb a = top[2 * x], b = top[2 * x + 1], c = bottom[2 * x], d = bottom[2 * x + 1];
-                out[x] = qRgb((qRed(a) + qRed(b) + qRed(c) + qRed(d) + 2) / 4,
-                              (qGreen(a) + qGreen(b) + qGreen(c) + qGreen(d) + 2) / 4,
-                              (qBlue(a) + qBlue(b) + qBlue(c) + qBlue(d) + 2) / 4);
-            }
-        }
-        reduced = half;
-    }
+    // Halve while the picture is at least twice the target size.
+    while (reduced.width() >= 2 * target.width() && reduced.height() >= 2 * target.height())
+        reduced = halved(reduced);
     return reduced.scaled(target, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+}
+
+QSize pictureSize(const QString &path)
+{
+    QImageReader reader(path);
+    reader.setAutoTransform(true);
+    const QSize stored = reader.size();
+    if (!stored.isValid())
+        return QSize();
+    return reader.transformation() & QImageIOHandler::TransformationRotate90 ? stored.transposed() : stored;
 }
 
 QString heicCacheDir()

@@ -28,6 +28,13 @@ QImage load(const QString &path, int maxSide);
 // shrink while decoding come at full size.
 QImage loadCovering(const QString &path, const QSize &box, Qt::AspectRatioMode mode);
 
+// The image at half its width and height, each pixel the average of a 2 x 2 block (RGB32).
+QImage halved(const QImage &image);
+
+// The size of the picture as it is viewed (EXIF orientation applied), read from its header;
+// invalid when the reader cannot tell without decoding (HEIC/HEIF among them).
+QSize pictureSize(const QString &path);
+
 // The image scaled into a maxSide x maxSide box, aspect kept, smoothly; unchanged when it fits.
 // Large reductions first average 2 x 2 blocks, which is much faster and looks the same.
 QImage scaledToFit(const QImage &image, int maxSide);

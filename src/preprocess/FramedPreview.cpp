@@ -23,13 +23,18 @@ QPixmap makeFramedPreviewPixmapExact(const QImage &image, const QSize &outer)
     return framed.isNull() ? QPixmap() : QPixmap::fromImage(framed);
 }
 
+int framedPreviewBorder(const QSize &outer)
+{
+    const int shorter = std::min(outer.width(), outer.height());
+    return shorter <= 49 ? 4 : shorter / 10;
+}
+
 QImage makeFramedPreviewImageExact(const QImage &image, const QSize &outer)
 {
     if (image.isNull() || outer.width() <= 0 || outer.height() <= 0)
         return QImage();
 
-    const int shorter = std::min(outer.width(), outer.height());
-    const int border = shorter <= 49 ? 4 : shorter / 10;
+    const int border = framedPreviewBorder(outer);
 
     // The opening: the picture fitted in, its margins in the colour of the picture's centre.
     const int innerWidth = std::max(1, outer.width() - 2 * border);

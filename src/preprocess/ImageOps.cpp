@@ -156,6 +156,41 @@ BlurFillGeometry blurFillGeometry(const QSize &source, int w, int h, double scal
     return geometry;
 }
 
+namespace {
+
+// The blur fill's canvas before its foreground: the picture blurred, enlarged and darkened.
+// The blur is made from smaller when that copy is still as large as the blur needs, else from
+// the picture. A Gaussian of radius r equals one of radius r * s at s times the size, scaled
+// back up, so a large radius is blurred smaller at a fraction of the cost with the same look.
+QImage blurFillBackdrop(const QImage &image, const QImage &smaller, const BlurFillGeometry &geometry, int w,
+                        int h)
+{
+    const double reduce = std::min(1.0, double(kReducedBlurRadius) / std::max(1, geometry.radius));
+    const QSize blurSize(std::max(1, qRound(geometry.working.width() * reduce)),
+                         std::max(1, qRound(geometry.working.height() * reduce)));
+    const int blurRadius = std::max(1, qRound(geometry.radius * reduce));
+    const bool smallerIsEnough =
+        !smaller.isNull() && smaller.width() >= blurSize.width() && smaller.height() >= blurSize.height();
+    QImage blurred =
+        (smallerIsEnough ? smaller : image).scaled(blurSize, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    if (!blurred.isNull())
+        blurred = blurClamped(blurred, blurRadius);
+
+    QImage canvas(w, h, QImage::Format_RGB32);
+    canvas.fill(Qt::black);
+    QPainter painter(&canvas);
+    painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    // Scaled back up to the background size as it is drawn: only the part inside the
+    // canvas is ever computed.
+    painter.setOpacity(kBackgroundOpacity);
+    painter.drawImage(QRect(geometry.backgroundOffset, geometry.background), blurred);
+    painter.setOpacity(1.0);
+    painter.fillRect(canvas.rect(), QColor(0, 0, 0, kBackgroundDarkeningAlpha));
+    return canvas;
+}
+
+} // namespace
+
 QImage buildBlurFillImage(const QImage &image, int w, int h, double scale, bool useScale)
 {
     if (image.isNull() || w <= 0 || h <= 0)
@@ -170,37 +205,43 @@ QImage buildBlurFillImage(const QImage &image, int w, int h, double scale, bool 
         fitted = image.scaled(qRound(target.width()), qRound(target.height()), Qt::IgnoreAspectRatio,
                               Qt::SmoothTransformation);
 
-    // The background is blurred at the working size, or at a fraction of it: a Gaussian of
-    // radius r equals one of radius r * s at s times the size, scaled back up, so a large
-    // radius is blurred smaller at a fraction of the cost with the same look. The picture is
-    // scaled there from the smallest one at hand that is still large enough.
-    const double reduce = std::min(1.0, double(kReducedBlurRadius) / std::max(1, geometry.radius));
-    const QSize blurSize(std::max(1, qRound(geometry.working.width() * reduce)),
-                         std::max(1, qRound(geometry.working.height() * reduce)));
-    const int blurRadius = std::max(1, qRound(geometry.radius * reduce));
-    const bool fittedIsEnough =
-        !fitted.isNull() && fitted.width() >= blurSize.width() && fitted.height() >= blurSize.height();
-    QImage blurred =
-        (fittedIsEnough ? fitted : image).scaled(blurSize, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
-    if (!blurred.isNull())
-        blurred = blurClamped(blurred, blurRadius);
-
-    QImage canvas(w, h, QImage::Format_RGB32);
-    canvas.fill(Qt::black);
+    QImage canvas = blurFillBackdrop(image, fitted, geometry, w, h);
     QPainter painter(&canvas);
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
-    // Scaled back up to the background size as it is drawn: only the part inside the
-    // canvas is ever computed.
-    painter.setOpacity(kBackgroundOpacity);
-    painter.drawImage(QRect(geometry.backgroundOffset, geometry.background), blurred);
-    painter.setOpacity(1.0);
-    painter.fillRect(canvas.rect(), QColor(0, 0, 0, kBackgroundDarkeningAlpha));
-
     if (!fitted.isNull())
         painter.drawImage(target.topLeft().toPoint(), fitted);
     else
         painter.drawImage(target, image);
     return canvas;
+}
+
+QImage buildBlurFillBackdrop(const QImage &image, int w, int h)
+{
+    if (image.isNull() || w <= 0 || h <= 0)
+        return QImage();
+    return blurFillBackdrop(image, QImage(), blurFillGeometry(image.size(), w, h, 1.0, false), w, h);
+}
+
+QImage scaledRegion(const QImage &image, const QRectF &region, const QSize &size)
+{
+    const QRect whole = region.toAlignedRect() & image.rect();
+    if (image.isNull() || whole.isEmpty() || size.isEmpty() || region.width() <= 0 || region.height() <= 0)
+        return QImage();
+    // The whole pixels around the region, read in place (no copy of a large picture), scaled so
+    // that the region comes out at the wanted size, then cut out of that.
+    const QImage source = image.depth() == 32 ? image : image.convertToFormat(QImage::Format_RGB32);
+    const QImage part(source.constScanLine(whole.y()) + std::ptrdiff_t(whole.x()) * 4, whole.width(),
+                      whole.height(), source.bytesPerLine(), source.format());
+    const double sx = size.width() / region.width();
+    const double sy = size.height() / region.height();
+    const QSize scaledSize(std::max(size.width(), qRound(whole.width() * sx)),
+                           std::max(size.height(), qRound(whole.height() * sy)));
+    const QImage scaled = part.scaled(scaledSize, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    if (scaled.isNull())
+        return QImage();
+    const int x = std::clamp(qRound((region.x() - whole.x()) * sx), 0, scaled.width() - size.width());
+    const int y = std::clamp(qRound((region.y() - whole.y()) * sy), 0, scaled.height() - size.height());
+    return scaled.copy(x, y, size.width(), size.height());
 }
 
 namespace {

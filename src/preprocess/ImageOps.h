@@ -42,6 +42,13 @@ BlurFillGeometry blurFillGeometry(const QSize &source, int w, int h, double scal
 // covering size); the pipeline passes 1.0 and false.
 QImage buildBlurFillImage(const QImage &image, int w, int h, double scale, bool useScale);
 
+// The blur fill's canvas without its foreground: the blurred, enlarged and darkened picture.
+QImage buildBlurFillBackdrop(const QImage &image, int w, int h);
+
+// The part region (in pixels, fractions allowed) of the image scaled smoothly to exactly size;
+// null when the region holds none of the image.
+QImage scaledRegion(const QImage &image, const QRectF &region, const QSize &size);
+
 // Exact quarter turns on a black canvas of the turned size.
 QImage rotateImageCW90(const QImage &image);
 QImage rotateImageCCW90(const QImage &image);

@@ -1,5 +1,6 @@
 #include "preprocess/ImagePreprocess.h"
 
+#include "preprocess/Framing.h"
 #include "preprocess/ImageOps.h"
 #include "ui/AppStrings.h"
 
@@ -17,13 +18,24 @@ QSize compositionSize(const QSize &panel, bool landscape)
 }
 } // namespace
 
+bool operator==(const PreprocState &a, const PreprocState &b)
+{
+    return a.fillMode == b.fillMode && a.rotationDegrees == b.rotationDegrees && a.focusX == b.focusX &&
+           a.focusY == b.focusY && a.zoom == b.zoom;
+}
+
+bool operator!=(const PreprocState &a, const PreprocState &b) { return !(a == b); }
+
 QString fillModeLabel(FillMode mode) { return Str::fillModeLabel(mode); }
 QString fillModeButtonText(FillMode mode) { return Str::fillModeButtonText(mode); }
 QString fillModeToolTip(FillMode mode) { return Str::fillModeToolTip(mode); }
 
 QString formatPreprocStateLabel(const PreprocState &state)
 {
-    return Str::formatPreprocStateLabel(state.fillMode, state.rotationDegrees);
+    QString label = Str::formatPreprocStateLabel(state.fillMode, state.rotationDegrees);
+    if (state.fillMode != FillMode::Direct && state.zoom != Framing::kMinZoom)
+        label += Str::zoomSuffix(qRound(state.zoom * 100));
+    return label;
 }
 
 FillMode defaultFillMode() { return FillMode::BlurFill; }
@@ -65,7 +77,7 @@ QImage renderPreprocPipeline(const QImage &image, const PreprocState &state, con
         return QImage();
     if (state.fillMode == FillMode::Direct)
         return image.copy(); // direct mode ignores the rotation, on purpose
-    return renderFillMode(rotateImageByDegrees(image, state.rotationDegrees), state.fillMode, target);
+    return Framing::renderFramed(rotateImageByDegrees(image, state.rotationDegrees), state, target);
 }
 
 QSize effectiveFrameResolution(const QSize &panel, bool landscape)
@@ -82,7 +94,7 @@ QImage renderPreprocDisplayPreview(const QImage &image, const PreprocState &stat
         return QImage();
     const QSize size = compositionSize(panel, landscape);
     if (state.fillMode != FillMode::Direct)
-        return renderFillMode(rotateImageByDegrees(image, state.rotationDegrees), state.fillMode, size);
+        return Framing::renderFramed(rotateImageByDegrees(image, state.rotationDegrees), state, size);
     if (!isValidSize(size))
         return image.copy();
     // Direct: show how much of the frame a picture sent unprepared would leave empty.

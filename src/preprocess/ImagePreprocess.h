@@ -16,11 +16,20 @@ enum class FillMode : qint32 {
     CenterCrop = 4,
 };
 
-// A picture's preprocessing: fill mode, then clockwise rotation in degrees (multiples of 90).
+// A picture's preprocessing: fill mode, then clockwise rotation in degrees (multiples of 90),
+// then its framing: the focus point (fractions of the rotated picture) that shows at the
+// frame's centre and the zoom from the fitted (fills) or covering (centre crop) size. The
+// framing's defaults render every mode exactly as it renders without one.
 struct PreprocState {
     FillMode fillMode;
     qint32 rotationDegrees;
+    double focusX = 0.5;
+    double focusY = 0.5;
+    double zoom = 1.0;
 };
+
+bool operator==(const PreprocState &a, const PreprocState &b);
+bool operator!=(const PreprocState &a, const PreprocState &b);
 
 // The render pipeline: a source picture, its state and the frame settings (the panel's
 // native portrait resolution and whether the frame hangs in landscape) give the image for the
@@ -53,6 +62,8 @@ QPixmap makeFramedPreviewPixmap(const QImage &image, const QSize &box);
 QPixmap makeFramedPreviewPixmapExact(const QImage &image, const QSize &outer);
 // The same as an image, which (unlike a pixmap) can be made on any thread.
 QImage makeFramedPreviewImageExact(const QImage &image, const QSize &outer);
+// The width of the wooden border of a framed picture of that outer size.
+int framedPreviewBorder(const QSize &outer);
 
 // "W×H" of a panel size, or the catalogue's "not set" text for an invalid size.
 QString formatPanelResolutionText(const QSize &size);

@@ -1,6 +1,7 @@
 #include "preprocess/PreprocWidget.h"
 
 #include "images/ImageLoader.h"
+#include "preprocess/Framing.h"
 #include "preprocess/ImagePreviewDialog.h"
 #include "preprocess/PreprocControlPanel.h"
 #include "preprocess/PreviewRenderer.h"
@@ -22,6 +23,7 @@ constexpr int kPreviewBox = 88;
 PreprocWidget::PreprocWidget(const QString &path, QWidget *parent)
     : PreprocWidget(path, CompactImage(ImageLoader::load(path, kThumbnailSourceSide)), parent)
 {
+    setPictureSize(ImageLoader::pictureSize(path));
 }
 
 PreprocWidget::PreprocWidget(const QString &path, const CompactImage &thumbnailSource, QWidget *parent)
@@ -47,7 +49,7 @@ PreprocState PreprocWidget::withoutDirect(PreprocState state)
     if (state.fillMode == FillMode::Direct)
         state.fillMode = FillMode::BlurFill;
     state.rotationDegrees = ((state.rotationDegrees % 360) + 360) % 360;
-    return state;
+    return Framing::clamped(state);
 }
 
 void PreprocWidget::setupUI()
@@ -59,10 +61,18 @@ void PreprocWidget::setupUI()
     auto *left = new QVBoxLayout;
     left->setContentsMargins(0, 0, 0, 0);
     left->setSpacing(3);
+    auto *nameRow = new QHBoxLayout;
+    nameRow->setContentsMargins(0, 0, 0, 0);
+    nameRow->setSpacing(4);
     m_nameLabel = new QLabel(this);
     m_nameLabel->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
     showSourceName();
-    left->addWidget(m_nameLabel);
+    nameRow->addWidget(m_nameLabel);
+    m_lowResolutionMark = new QLabel(QStringLiteral("⚠"), this);
+    m_lowResolutionMark->setObjectName(QStringLiteral("tarnLowResMark"));
+    m_lowResolutionMark->hide();
+    nameRow->addWidget(m_lowResolutionMark);
+    left->addLayout(nameRow);
     m_controlPanel = new PreprocControlPanel(PreprocControlPanel::LayoutStyle::Stacked, false, true, this);
     m_controlPanel->setState(m_state);
     m_controlPanel->applyLanguage();
@@ -127,6 +137,20 @@ void PreprocWidget::refreshPreviewPixmap()
 
 void PreprocWidget::setPreviewRenderer(PreviewRenderer *renderer) { m_renderer = renderer; }
 
+void PreprocWidget::setPictureSize(const QSize &size)
+{
+    m_pictureSize = size;
+    updateLowResolutionMark();
+}
+
+void PreprocWidget::updateLowResolutionMark()
+{
+    const QString warning =
+        Framing::lowResolutionText(m_pictureSize, m_state, m_panelResolution, m_landscape);
+    m_lowResolutionMark->setToolTip(warning);
+    m_lowResolutionMark->setVisible(!warning.isEmpty());
+}
+
 void PreprocWidget::showFramedPreview(const QImage &framed)
 {
     if (!framed.isNull())
@@ -150,6 +174,7 @@ QImage PreprocWidget::loadFullSourceImage() const { return ImageLoader::load(m_s
 void PreprocWidget::finishChange(bool refresh)
 {
     m_controlPanel->setState(m_state);
+    updateLowResolutionMark();
     if (!refresh)
         return;
     refreshPreviewDisplay();
@@ -158,7 +183,9 @@ void PreprocWidget::finishChange(bool refresh)
 
 void PreprocWidget::setFillMode(FillMode mode, bool refresh)
 {
-    m_state = withoutDirect({mode, m_state.rotationDegrees});
+    PreprocState next = m_state; // the framing stays
+    next.fillMode = mode;
+    m_state = withoutDirect(next);
     finishChange(refresh);
 }
 
@@ -166,7 +193,7 @@ void PreprocWidget::onFillModeSelected(FillMode mode) { setFillMode(mode, true);
 
 void PreprocWidget::stepRotate(int deltaDegrees, bool refresh)
 {
-    m_state = withoutDirect({m_state.fillMode, m_state.rotationDegrees + deltaDegrees});
+    m_state = withoutDirect(Framing::turned(m_state, deltaDegrees));
     finishChange(refresh);
 }
 
@@ -189,6 +216,7 @@ void PreprocWidget::setFrameSettings(const QSize &panel, bool landscape, bool re
     m_panelResolution = panel;
     m_landscape = landscape;
     updatePreviewFrameSize();
+    updateLowResolutionMark();
     if (refresh) {
         refreshPreviewDisplay();
         Q_EMIT preprocessingChanged();
@@ -202,6 +230,7 @@ void PreprocWidget::swapContentWith(PreprocWidget *other)
     std::swap(m_sourcePath, other->m_sourcePath);
     std::swap(m_thumbnailSource, other->m_thumbnailSource);
     std::swap(m_state, other->m_state);
+    std::swap(m_pictureSize, other->m_pictureSize);
     if (m_renderer) {
         // Both rows share the frame settings: each thumbnail is right for the other row at once
         // (and is drawn again, in case one was still on its way).
@@ -212,6 +241,7 @@ void PreprocWidget::swapContentWith(PreprocWidget *other)
     for (PreprocWidget *widget : {this, other}) {
         widget->showSourceName();
         widget->m_controlPanel->setState(widget->m_state);
+        widget->updateLowResolutionMark();
         widget->updatePreview();
     }
 }
@@ -220,6 +250,7 @@ void PreprocWidget::applyLanguage()
 {
     m_controlPanel->applyLanguage();
     m_previewLabel->setToolTip(Str::clickPreviewTip());
+    updateLowResolutionMark();
 }
 
 void PreprocWidget::openPreviewDialog()

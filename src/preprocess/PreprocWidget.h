@@ -14,8 +14,9 @@ class QLabel;
 
 // The cell widget of an image row: the row's picture and its preprocessing state, with the
 // file name, a compact fill/rotate panel and a framed thumbnail that opens the preview dialog.
-// Its state never holds FillMode::Direct (a row always sends a prepared picture) and its
-// rotation stays within 0..359. Setters take a refresh flag: with false nothing is redrawn
+// Its state never holds FillMode::Direct (a row always sends a prepared picture), its
+// rotation stays within 0..359 and its framing within its limits; fill changes keep the
+// framing and rotations turn it with the picture. Setters take a refresh flag: with false nothing is redrawn
 // and nothing emitted, so batch code can refresh each row itself. Given a PreviewRenderer,
 // the framed thumbnail is drawn on worker threads and shown when it arrives; without one it
 // is drawn at once.
@@ -31,6 +32,12 @@ public:
     ~PreprocWidget() override;
 
     void setPreviewRenderer(PreviewRenderer *renderer);
+    // The size of the picture as viewed, for the low-resolution mark (invalid: no mark).
+    void setPictureSize(const QSize &size);
+    QSize pictureSize() const { return m_pictureSize; }
+    // Shown while the picture must be enlarged too much to fill the frame, its tool tip saying
+    // by how much.
+    QLabel *lowResolutionMark() const { return m_lowResolutionMark; }
     // A framed thumbnail the renderer made for this widget's current content.
     void showFramedPreview(const QImage &framed);
 
@@ -78,6 +85,7 @@ private:
     void setupUI();
     void finishChange(bool refresh);
     void showSourceName();
+    void updateLowResolutionMark();
     static PreprocState withoutDirect(PreprocState state);
 
     QString m_sourcePath;
@@ -85,7 +93,9 @@ private:
     PreprocState m_state;
     QSize m_panelResolution;
     bool m_landscape = false;
+    QSize m_pictureSize;
     QLabel *m_nameLabel = nullptr;
+    QLabel *m_lowResolutionMark = nullptr;
     PreprocControlPanel *m_controlPanel = nullptr;
     QLabel *m_previewLabel = nullptr;
     QPointer<PreviewRenderer> m_renderer;

@@ -1,11 +1,13 @@
 #include "run/RenderAheadQueue.h"
 
 #include "images/ImageLoader.h"
+#include "preprocess/Framing.h"
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QThread>
+#include <QtMath>
 
 namespace {
 constexpr int kRenderThreads = 2; // the rows after the one being processed
@@ -36,6 +38,9 @@ QImage RenderAheadQueue::renderImage(const RenderRequest &request)
     QSize box = effectiveFrameResolution(request.panel, request.landscape);
     if (request.state.rotationDegrees % 180 != 0)
         box.transpose();
+    // A zoomed picture shows a part of itself at the frame's size: the whole is needed larger.
+    const double zoom = Framing::clamped(request.state).zoom;
+    box = QSize(qCeil(box.width() * zoom), qCeil(box.height() * zoom));
     const Qt::AspectRatioMode mode =
         request.state.fillMode == FillMode::CenterCrop ? Qt::KeepAspectRatioByExpanding : Qt::KeepAspectRatio;
     const QImage source = ImageLoader::loadCovering(request.source, box, mode);

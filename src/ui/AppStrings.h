@@ -309,6 +309,16 @@ QString previewInfo(const QString &stateLabel, const QString &resolution, const 
 QString previewInfoLine(const QString &stateLabel, const QString &resolution, bool landscape);
 QString cancel();
 QString confirm();
+// Framing a picture in the preview dialog, the e-paper look and the low-resolution warning.
+QString zoomSuffix(int percent);
+QString zoomCaption();
+QString zoomPercent(int percent);
+QString resetFraming();
+QString resetFramingTip();
+QString framingTip();
+QString showAsEpaper();
+QString epaperNote();
+QString lowResolutionWarning(const QString &pictureSize, double enlargement);
 QString cropDialogTitle();
 QString cropDialogIntro();
 QString cropLandscapeMode();

@@ -126,6 +126,31 @@ QString previewInfoLine(const QString &stateLabel, const QString &resolution, bo
 QString cancel() { return pick("取消", "Cancel"); }
 QString confirm() { return pick("确定", "OK"); }
 
+QString zoomSuffix(int percent) { return pick(" + 缩放 %1%", " + Zoom %1%").arg(percent); }
+QString zoomCaption() { return pick("缩放:", "Zoom:"); }
+QString zoomPercent(int percent) { return QStringLiteral("%1%").arg(percent); }
+QString resetFraming() { return pick("重置构图", "Reset framing"); }
+QString resetFramingTip()
+{
+    return pick("图片回到居中并恢复 100% 缩放", "Centre the picture and zoom back to 100%");
+}
+QString framingTip()
+{
+    return pick("拖动可移动图片，滚轮或滑块可缩放，方向键可微调",
+                "Drag to move the picture, scroll or use the slider to zoom, arrow keys to nudge");
+}
+QString showAsEpaper() { return pick("以电子纸效果显示", "Show as e-paper"); }
+QString epaperNote()
+{
+    return pick("六色墨水屏效果的近似模拟，实际画面由处理程序生成。",
+                "An approximation of a six-colour panel; the processor makes the real frames.");
+}
+QString lowResolutionWarning(const QString &pictureSize, double enlargement)
+{
+    return pick("此画框分辨率偏低：%1 需放大 %2 倍", "Low resolution for this frame: %1 is enlarged %2×")
+        .arg(pictureSize, QString::number(enlargement, 'f', 1));
+}
+
 QString cropDialogTitle() { return pick("图片编辑器", "Image Editor"); }
 QString cropDialogIntro()
 {

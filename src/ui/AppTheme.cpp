@@ -76,7 +76,8 @@ QString rowControlsStyleRules()
     return fillModeButtonStyleSheet().replace(button, QLatin1String("QPushButton#tarnFillModeBtn")) +
            actionButtonStyleSheet().replace(button, QLatin1String("QPushButton#tarnActionBtn")) +
            QStringLiteral("QLabel#tarnPanelCaption {") + mutedLabelStyleSheet("font-size:11px;") +
-           QStringLiteral("}QLabel#tarnRowPreview { background: transparent; }");
+           QStringLiteral("}QLabel#tarnRowPreview { background: transparent; }"
+                          "QLabel#tarnLowResMark { color: #e0a030; font-weight: bold; }");
 }
 
 QString stepSectionStyleRules()

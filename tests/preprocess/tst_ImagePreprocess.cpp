@@ -47,7 +47,10 @@ void TestImagePreprocess::defaults()
     QCOMPARE(int(FillMode::WhiteFill), 2);
     QCOMPARE(int(FillMode::BlackFill), 3);
     QCOMPARE(int(FillMode::CenterCrop), 4);
-    QCOMPARE(sizeof(PreprocState), size_t(8));
+    const PreprocState state{FillMode::WhiteFill, 90};
+    QCOMPARE(state.focusX, 0.5); // a state written as before has untouched framing
+    QCOMPARE(state.focusY, 0.5);
+    QCOMPARE(state.zoom, 1.0);
     QCOMPARE(fillModeLabel(FillMode::CenterCrop), QStringLiteral("Center crop"));
     QCOMPARE(fillModeButtonText(FillMode::WhiteFill), QStringLiteral("White"));
     QCOMPARE(fillModeToolTip(FillMode::BlackFill),

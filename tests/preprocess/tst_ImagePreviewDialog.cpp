@@ -43,7 +43,8 @@ private Q_SLOTS:
     void unrenderablePreviewSaysSo();
 
 private:
-    QImage m_photo = TestFiles::solidImage(800, 600, QColor(30, 140, 200));
+    // Large enough for the frame: no low-resolution line in the info label.
+    QImage m_photo = TestFiles::solidImage(2400, 1800, QColor(30, 140, 200));
 };
 
 void TestImagePreviewDialog::initTestCase() { UiLanguage::set(UiLanguage::English); }

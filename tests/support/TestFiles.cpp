@@ -67,6 +67,23 @@ QImage markedImage(int width, int height)
     return image;
 }
 
+QImage positionImage(int width, int height)
+{
+    QImage image(width, height, QImage::Format_RGB32);
+    for (int y = 0; y < height; ++y) {
+        auto *line = reinterpret_cast<QRgb *>(image.scanLine(y));
+        for (int x = 0; x < width; ++x)
+            line[x] = qRgb(x * 255 / (width - 1), y * 255 / (height - 1), 128);
+    }
+    return image;
+}
+
+QPointF shownPosition(const QImage &render, int x, int y)
+{
+    const QRgb pixel = render.pixel(x, y);
+    return QPointF(qRed(pixel) / 255.0, qGreen(pixel) / 255.0);
+}
+
 QImage photoLikeImage(int width, int height, quint32 seed)
 {
     QRandomGenerator random(seed);

@@ -4,6 +4,7 @@
 #include <QColor>
 #include <QImage>
 #include <QMap>
+#include <QPointF>
 #include <QSize>
 #include <QString>
 #include <QStringList>
@@ -23,6 +24,12 @@ QStringList makePictures(const QString &folder, int count, const QString &prefix
 
 // A blue picture whose top-left quarter is red: a marker that shows where a corner went.
 QImage markedImage(int width, int height);
+
+// A picture whose colour says where it comes from: red grows from left to right, green from
+// top to bottom. shownPosition() reads back which fraction of the picture a pixel of a render
+// of it shows.
+QImage positionImage(int width, int height);
+QPointF shownPosition(const QImage &render, int x, int y);
 
 // Photo-like content: smooth gradients, soft shapes and grain, so that coding, decoding and
 // scaling do the work they do on photos. The same seed gives the same picture.

@@ -170,7 +170,8 @@ void TestAppTheme::rowControlsRules()
              light.replace("QPushButton", "QPushButton#tarnFillModeBtn") +
                  lightAction.replace("QPushButton", "QPushButton#tarnActionBtn") +
                  "QLabel#tarnPanelCaption {color:#555; font-size:11px;}"
-                 "QLabel#tarnRowPreview { background: transparent; }");
+                 "QLabel#tarnRowPreview { background: transparent; }"
+                 "QLabel#tarnLowResMark { color: #e0a030; font-weight: bold; }");
     setWindowLightness(40);
     QString dark = kDarkFill;
     QVERIFY(AppTheme::rowControlsStyleRules().startsWith(
