@@ -1,27 +1,39 @@
 #include "preprocess/ImagePreviewDialog.h"
 
+#include "preprocess/EpaperLook.h"
+#include "preprocess/Framing.h"
+#include "preprocess/FramingSurface.h"
 #include "preprocess/PreprocControlPanel.h"
 #include "ui/AppBranding.h"
 #include "ui/AppStrings.h"
 #include "ui/AppTheme.h"
 
+#include <QCheckBox>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QPushButton>
 #include <QScrollArea>
+#include <QSignalBlocker>
+#include <QSlider>
 #include <QVBoxLayout>
+
+#include <cmath>
 
 namespace {
 constexpr int kMinimumBox = 480;
-}
+constexpr int kSettleMs = 180;    // a pause this long ends a wheel, slider or key gesture
+constexpr double kZoomStep = 0.1; // per wheel notch
+constexpr int kPercent = 100;
+} // namespace
 
 ImagePreviewDialog::ImagePreviewDialog(const QImage &image, const QSize &panel, bool landscape,
                                        const PreprocState &state, QWidget *parent)
     : QDialog(parent)
-    , m_image(image)
+    , m_pyramid(image)
     , m_panel(panel)
     , m_landscape(landscape)
-    , m_state(state)
+    , m_state(Framing::clamped(state))
 {
     setWindowTitle(Str::previewDialogTitle());
     resize(900, 720);
@@ -39,6 +51,8 @@ ImagePreviewDialog::ImagePreviewDialog(const QImage &image, const QSize &panel, 
     m_controlPanel->setState(m_state);
     layout->addWidget(m_controlPanel);
 
+    buildFramingControls(layout);
+
     m_infoLabel = new QLabel(this);
     m_infoLabel->setWordWrap(true);
     layout->addWidget(m_infoLabel);
@@ -46,12 +60,13 @@ ImagePreviewDialog::ImagePreviewDialog(const QImage &image, const QSize &panel, 
     auto *scroll = new QScrollArea(this);
     scroll->setWidgetResizable(true);
     scroll->setFrameShape(QFrame::NoFrame);
-    m_previewLabel = new QLabel;
-    m_previewLabel->setAlignment(Qt::AlignCenter);
-    m_previewLabel->setMinimumSize(640, 480);
-    m_previewLabel->setStyleSheet(
+    m_surface = new FramingSurface;
+    m_surface->setAlignment(Qt::AlignCenter);
+    m_surface->setMinimumSize(640, 480);
+    m_surface->setStyleSheet(
         QStringLiteral("background: #707070; border: 1px solid #999; border-radius: 4px;"));
-    scroll->setWidget(m_previewLabel);
+    m_surface->setToolTip(Str::framingTip());
+    scroll->setWidget(m_surface);
     layout->addWidget(scroll, 1);
 
     auto *buttons = new QHBoxLayout;
@@ -64,6 +79,9 @@ ImagePreviewDialog::ImagePreviewDialog(const QImage &image, const QSize &panel, 
     buttons->addWidget(ok);
     layout->addLayout(buttons);
 
+    m_settle.setSingleShot(true);
+    m_settle.setInterval(kSettleMs);
+    connect(&m_settle, &QTimer::timeout, this, &ImagePreviewDialog::refreshPreview);
     connect(cancel, &QPushButton::clicked, this, &QDialog::reject);
     connect(ok, &QPushButton::clicked, this, &QDialog::accept);
     connect(m_controlPanel, &PreprocControlPanel::fillModeSelected, this, [this](FillMode mode) {
@@ -73,8 +91,48 @@ ImagePreviewDialog::ImagePreviewDialog(const QImage &image, const QSize &panel, 
     });
     connect(m_controlPanel, &PreprocControlPanel::rotateLeftRequested, this, [this] { rotateBy(-90); });
     connect(m_controlPanel, &PreprocControlPanel::rotateRightRequested, this, [this] { rotateBy(90); });
+    connect(m_surface, &FramingSurface::moved, this, &ImagePreviewDialog::moveBy);
+    connect(m_surface, &FramingSurface::nudged, this, &ImagePreviewDialog::moveBy);
+    connect(m_surface, &FramingSurface::released, this, &ImagePreviewDialog::refreshPreview);
+    connect(m_surface, &FramingSurface::zoomed, this,
+            [this](int steps) { setZoom(m_state.zoom + steps * kZoomStep); });
 
+    m_surface->setFocus(Qt::OtherFocusReason);
     refreshPreview();
+}
+
+void ImagePreviewDialog::buildFramingControls(QVBoxLayout *layout)
+{
+    auto *zoomRow = new QHBoxLayout;
+    zoomRow->addWidget(new QLabel(Str::zoomCaption(), this));
+    m_zoomSlider = new QSlider(Qt::Horizontal, this);
+    m_zoomSlider->setRange(qRound(Framing::kMinZoom * kPercent), qRound(Framing::kMaxZoom * kPercent));
+    m_zoomSlider->setSingleStep(qRound(kZoomStep * kPercent));
+    m_zoomSlider->setPageStep(50);
+    m_zoomSlider->setToolTip(Str::framingTip());
+    zoomRow->addWidget(m_zoomSlider, 1);
+    m_zoomValue = new QLabel(this);
+    m_zoomValue->setMinimumWidth(48);
+    zoomRow->addWidget(m_zoomValue);
+    m_resetButton = new QPushButton(Str::resetFraming(), this);
+    m_resetButton->setToolTip(Str::resetFramingTip());
+    zoomRow->addWidget(m_resetButton);
+    layout->addLayout(zoomRow);
+
+    auto *epaperRow = new QHBoxLayout;
+    m_epaperCheck = new QCheckBox(Str::showAsEpaper(), this);
+    epaperRow->addWidget(m_epaperCheck);
+    auto *note = new QLabel(Str::epaperNote(), this);
+    note->setStyleSheet(AppTheme::mutedLabelStyleSheet("font-size:11px;"));
+    note->setWordWrap(true);
+    epaperRow->addWidget(note, 1);
+    layout->addLayout(epaperRow);
+
+    showZoom();
+    connect(m_zoomSlider, &QSlider::valueChanged, this,
+            [this](int percent) { setZoom(percent / double(kPercent)); });
+    connect(m_resetButton, &QPushButton::clicked, this, &ImagePreviewDialog::resetFraming);
+    connect(m_epaperCheck, &QCheckBox::toggled, this, &ImagePreviewDialog::refreshPreview);
 }
 
 std::pair<bool, PreprocState> ImagePreviewDialog::openPreview(const QImage &image, const QSize &panel,
@@ -88,35 +146,152 @@ std::pair<bool, PreprocState> ImagePreviewDialog::openPreview(const QImage &imag
     return {accepted, accepted ? dialog.workingState() : state};
 }
 
+QLabel *ImagePreviewDialog::previewLabel() const { return m_surface; }
+
 void ImagePreviewDialog::rotateBy(int degrees)
 {
     // Unlike a row, the dialog keeps a direct state when rotating; the row converts it when
-    // it takes the result.
-    m_state.rotationDegrees = (((m_state.rotationDegrees + degrees) % 360) + 360) % 360;
+    // it takes the result. The focus turns with the picture.
+    m_state = Framing::turned(m_state, degrees);
     m_controlPanel->setState(m_state);
     refreshPreview();
 }
 
+QSize ImagePreviewDialog::rotatedPictureSize() const
+{
+    const QSize size = m_pyramid.full().size();
+    return m_state.rotationDegrees % 180 != 0 ? size.transposed() : size;
+}
+
+QSize ImagePreviewDialog::outerSize() const
+{
+    const int box = qMax(kMinimumBox, qMin(width() - 64, height() - 200));
+    return previewFrameOuterSize(effectiveFrameResolution(m_panel, m_landscape), box);
+}
+
+void ImagePreviewDialog::moveBy(const QPoint &screenDelta)
+{
+    if (m_state.fillMode == FillMode::Direct)
+        return; // a picture sent as it is has no framing
+    const QSize frame = effectiveFrameResolution(m_panel, m_landscape);
+    const QSize outer = outerSize();
+    const int border = framedPreviewBorder(outer);
+    // Screen pixels per frame pixel: the frame's composition fitted into the opening.
+    const double shown = qMin(double(outer.width() - 2 * border) / qMax(1, frame.width()),
+                              double(outer.height() - 2 * border) / qMax(1, frame.height()));
+    const QPointF focus(m_state.focusX, m_state.focusY);
+    const QRectF picture =
+        Framing::pictureRect(rotatedPictureSize(), m_state.fillMode, frame, focus, m_state.zoom);
+    if (picture.isEmpty() || shown <= 0)
+        return;
+    // The picture follows the mouse: its focus moves the other way, by the share of the
+    // picture that the mouse went across; it never goes beyond what the edges allow, so a
+    // move back responds at once.
+    const QPointF moved(qBound(0.0, focus.x() - screenDelta.x() / shown / picture.width(), 1.0),
+                        qBound(0.0, focus.y() - screenDelta.y() / shown / picture.height(), 1.0));
+    const QPointF settled =
+        Framing::shownFocus(rotatedPictureSize(), m_state.fillMode, frame, moved, m_state.zoom);
+    if (settled == focus)
+        return;
+    m_state.focusX = settled.x();
+    m_state.focusY = settled.y();
+    framingChanged();
+}
+
+void ImagePreviewDialog::setZoom(double zoom)
+{
+    const double wanted =
+        qBound(Framing::kMinZoom, std::round(zoom * kPercent) / kPercent, Framing::kMaxZoom);
+    if (wanted == m_state.zoom)
+        return;
+    m_state.zoom = wanted;
+    showZoom();
+    framingChanged();
+}
+
+void ImagePreviewDialog::resetFraming()
+{
+    m_state = Framing::withoutFraming(m_state);
+    showZoom();
+    refreshPreview();
+}
+
+void ImagePreviewDialog::showZoom()
+{
+    const int percent = qRound(m_state.zoom * kPercent);
+    const QSignalBlocker blocker(m_zoomSlider); // the slider reports the user's moves only
+    m_zoomSlider->setValue(percent);
+    m_zoomValue->setText(Str::zoomPercent(percent));
+}
+
+void ImagePreviewDialog::framingChanged()
+{
+    refreshQuickPreview();
+    // A drag ends with its release; wheel, slider and keys end with a pause.
+    if (!m_surface->isDragging())
+        m_settle.start();
+}
+
 void ImagePreviewDialog::refreshPreview()
 {
-    const QImage preview = renderPreprocDisplayPreview(m_image, m_state, m_panel, m_landscape);
+    m_settle.stop();
+    m_quick = false;
+    QImage preview = renderPreprocDisplayPreview(m_pyramid.full(), m_state, m_panel, m_landscape);
+    if (!preview.isNull() && m_epaperCheck->isChecked())
+        preview = EpaperLook::render(preview);
+    showPreview(preview);
+}
+
+void ImagePreviewDialog::refreshQuickPreview()
+{
+    const QSize outer = outerSize();
+    const int border = framedPreviewBorder(outer);
+    const QSize panel = scaledResolutionForPreview(m_panel, qMax(outer.width(), outer.height()) - 2 * border);
+    // The smallest reduced copy that still gives the picture's pixels at this size.
+    const QSizeF shown = Framing::pictureRect(rotatedPictureSize(), m_state.fillMode,
+                                              effectiveFrameResolution(panel, m_landscape),
+                                              QPointF(m_state.focusX, m_state.focusY), m_state.zoom)
+                             .size();
+    const QImage source = m_pyramid.levelFor(m_state.rotationDegrees % 180 != 0 ? shown.transposed() : shown);
+    m_quick = true;
+    showPreview(renderPreprocDisplayPreview(source, m_state, panel, m_landscape));
+}
+
+void ImagePreviewDialog::showPreview(const QImage &preview)
+{
     if (preview.isNull()) {
-        m_previewLabel->setPixmap(QPixmap());
-        m_previewLabel->setText(Str::previewCannotLoad());
+        m_surface->setPixmap(QPixmap());
+        m_surface->setText(Str::previewCannotLoad());
         return;
     }
-    const int box = qMax(kMinimumBox, qMin(width() - 64, height() - 200));
     const QSize frame = effectiveFrameResolution(m_panel, m_landscape);
-    const QPixmap framed = makeFramedPreviewPixmapExact(preview, previewFrameOuterSize(frame, box));
-    m_previewLabel->setText(QString());
-    m_previewLabel->setPixmap(framed);
-    m_previewLabel->resize(framed.size());
-    m_infoLabel->setText(Str::previewInfoLine(formatPreprocStateLabel(m_state),
-                                              formatPanelResolutionText(frame), m_landscape));
+    const QPixmap framed = makeFramedPreviewPixmapExact(preview, outerSize());
+    m_surface->setText(QString());
+    m_surface->setPixmap(framed);
+    m_surface->resize(framed.size());
+    QString info =
+        Str::previewInfoLine(formatPreprocStateLabel(m_state), formatPanelResolutionText(frame), m_landscape);
+    const QString warning =
+        Framing::lowResolutionText(m_pyramid.full().size(), m_state, m_panel, m_landscape);
+    if (!warning.isEmpty())
+        info += QStringLiteral("\n⚠ ") + warning;
+    m_infoLabel->setText(info);
 }
 
 void ImagePreviewDialog::resizeEvent(QResizeEvent *event)
 {
     QDialog::resizeEvent(event);
     refreshPreview();
+}
+
+void ImagePreviewDialog::keyPressEvent(QKeyEvent *event)
+{
+    // Arrow keys that the control with the focus leaves unused nudge the picture.
+    const QPoint nudge = FramingSurface::nudgeFor(event->key());
+    if (nudge.isNull()) {
+        QDialog::keyPressEvent(event);
+        return;
+    }
+    moveBy(nudge);
+    event->accept();
 }

@@ -67,11 +67,12 @@ void PreprocWidget::setupUI()
     m_nameLabel = new QLabel(this);
     m_nameLabel->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
     showSourceName();
-    nameRow->addWidget(m_nameLabel);
+    // Before the name, where the eye starts reading the row.
     m_lowResolutionMark = new QLabel(QStringLiteral("⚠"), this);
     m_lowResolutionMark->setObjectName(QStringLiteral("tarnLowResMark"));
     m_lowResolutionMark->hide();
     nameRow->addWidget(m_lowResolutionMark);
+    nameRow->addWidget(m_nameLabel);
     left->addLayout(nameRow);
     m_controlPanel = new PreprocControlPanel(PreprocControlPanel::LayoutStyle::Stacked, false, true, this);
     m_controlPanel->setState(m_state);

@@ -7,6 +7,7 @@
 #include "preprocess/PreviewRenderer.h"
 #include "ui/UiLanguage.h"
 
+#include "FramedState.h"
 #include "TestFiles.h"
 
 #include <QTest>
@@ -21,15 +22,6 @@ bool near(const QPointF &a, const QPointF &b, double tolerance = 0.015)
 }
 
 QString describe(const QPointF &p) { return QStringLiteral("(%1, %2)").arg(p.x()).arg(p.y()); }
-
-PreprocState framed(FillMode mode, double focusX, double focusY, double zoom, int rotation = 0)
-{
-    PreprocState state{mode, rotation};
-    state.focusX = focusX;
-    state.focusY = focusY;
-    state.zoom = zoom;
-    return state;
-}
 
 } // namespace
 
@@ -119,7 +111,7 @@ void TestFraming::fillsAtZoomOneIgnoreTheFocus()
     // At zoom 1 a fitted foreground never overflows, so a moved focus changes nothing.
     for (FillMode mode : {FillMode::BlurFill, FillMode::WhiteFill, FillMode::BlackFill}) {
         const QImage plain = renderPreprocPipeline(m_picture, {mode, 0}, QSize(300, 400));
-        QCOMPARE(renderPreprocPipeline(m_picture, framed(mode, 0.1, 0.9, 1.0), QSize(300, 400)), plain);
+        QCOMPARE(renderPreprocPipeline(m_picture, framedState(mode, 0.1, 0.9, 1.0), QSize(300, 400)), plain);
     }
 }
 
@@ -127,7 +119,7 @@ void TestFraming::focusTopLeftTakesTheTopLeftRegion()
 {
     // 1600 x 1200 cropped for a 300 x 400 frame: the window is 900 x 1200, here at the left edge.
     const QImage crop =
-        renderPreprocPipeline(m_picture, framed(FillMode::CenterCrop, 0.0, 0.0, 1.0), QSize(300, 400));
+        renderPreprocPipeline(m_picture, framedState(FillMode::CenterCrop, 0.0, 0.0, 1.0), QSize(300, 400));
     QCOMPARE(crop.size(), QSize(300, 400));
     QVERIFY_SHOWS(crop, 0, 0, QPointF(0, 0));
     QVERIFY_SHOWS(crop, 299, 399, QPointF(900.0 / 1600, 1.0));
@@ -136,7 +128,7 @@ void TestFraming::focusTopLeftTakesTheTopLeftRegion()
     QVERIFY_SHOWS(centred, 0, 0, QPointF(350.0 / 1600, 0));
     // Zoomed in, the top-left region alone: a 450 x 600 window at the corner.
     const QImage zoomed =
-        renderPreprocPipeline(m_picture, framed(FillMode::CenterCrop, 0.0, 0.0, 2.0), QSize(300, 400));
+        renderPreprocPipeline(m_picture, framedState(FillMode::CenterCrop, 0.0, 0.0, 2.0), QSize(300, 400));
     QVERIFY_SHOWS(zoomed, 0, 0, QPointF(0, 0));
     QVERIFY_SHOWS(zoomed, 299, 399, QPointF(450.0 / 1600, 0.5));
 }
@@ -144,7 +136,7 @@ void TestFraming::focusTopLeftTakesTheTopLeftRegion()
 void TestFraming::zoomTwoTakesTheMiddleHalf()
 {
     const QImage crop =
-        renderPreprocPipeline(m_picture, framed(FillMode::CenterCrop, 0.5, 0.5, 2.0), QSize(400, 300));
+        renderPreprocPipeline(m_picture, framedState(FillMode::CenterCrop, 0.5, 0.5, 2.0), QSize(400, 300));
     QCOMPARE(crop.size(), QSize(400, 300));
     QVERIFY_SHOWS(crop, 0, 0, QPointF(0.25, 0.25));
     QVERIFY_SHOWS(crop, 200, 150, QPointF(0.5, 0.5));
@@ -153,7 +145,7 @@ void TestFraming::zoomTwoTakesTheMiddleHalf()
 
 void TestFraming::rotatingTurnsTheFocusPoint()
 {
-    const PreprocState start = framed(FillMode::CenterCrop, 0.2, 0.1, 2.0);
+    const PreprocState start = framedState(FillMode::CenterCrop, 0.2, 0.1, 2.0);
     const PreprocState right = Framing::turned(start, 90);
     QCOMPARE(right.rotationDegrees, 90);
     QCOMPARE(QPointF(right.focusX, right.focusY), QPointF(0.9, 0.2));
@@ -180,7 +172,7 @@ void TestFraming::rotatedFocusKeepsTheSameSubjectFramed()
     for (int y = 530; y < 550; ++y)
         for (int x = 630; x < 650; ++x)
             picture.setPixel(x, y, qRgb(255, 0, 0));
-    const PreprocState state = framed(FillMode::CenterCrop, 640.0 / 1600, 540.0 / 1200, 4.0);
+    const PreprocState state = framedState(FillMode::CenterCrop, 640.0 / 1600, 540.0 / 1200, 4.0);
     const QImage before = renderPreprocPipeline(picture, state, QSize(400, 300));
     QCOMPARE(QColor(before.pixel(200, 150)), QColor(Qt::red));
     const QImage after = renderPreprocPipeline(picture, Framing::turned(state, 90), QSize(300, 400));
@@ -193,11 +185,11 @@ void TestFraming::zoomedFillThatOverflowsClampsWithoutAGap()
     // 1600 x 1200 white-filled into 400 x 400: fitted at 400 x 300, zoomed 2x to 800 x 600, it
     // overflows on both axes. A focus at a corner holds that corner at the frame's: no white gap.
     const QImage topLeft =
-        renderPreprocPipeline(m_picture, framed(FillMode::WhiteFill, 0.0, 0.0, 2.0), QSize(400, 400));
+        renderPreprocPipeline(m_picture, framedState(FillMode::WhiteFill, 0.0, 0.0, 2.0), QSize(400, 400));
     QVERIFY_SHOWS(topLeft, 0, 0, QPointF(0, 0));
     QVERIFY_SHOWS(topLeft, 399, 399, QPointF(0.5, 400.0 / 600));
     const QImage bottomRight =
-        renderPreprocPipeline(m_picture, framed(FillMode::WhiteFill, 1.0, 1.0, 2.0), QSize(400, 400));
+        renderPreprocPipeline(m_picture, framedState(FillMode::WhiteFill, 1.0, 1.0, 2.0), QSize(400, 400));
     QVERIFY_SHOWS(bottomRight, 399, 399, QPointF(1, 1));
     QVERIFY_SHOWS(bottomRight, 0, 0, QPointF(0.5, 200.0 / 600));
     for (const QImage &render : {topLeft, bottomRight}) {
@@ -213,7 +205,7 @@ void TestFraming::zoomedFillStaysCentredWhereItFits()
     // Zoomed 1.2x the foreground is 480 x 360: it overflows across, not down, so it keeps
     // equal white bars of 20 pixels above and below, whatever the focus says.
     const QImage render =
-        renderPreprocPipeline(m_picture, framed(FillMode::WhiteFill, 0.0, 0.0, 1.2), QSize(400, 400));
+        renderPreprocPipeline(m_picture, framedState(FillMode::WhiteFill, 0.0, 0.0, 1.2), QSize(400, 400));
     QCOMPARE(render.pixel(200, 10), qRgb(255, 255, 255));
     QCOMPARE(render.pixel(200, 389), qRgb(255, 255, 255));
     QVERIFY(render.pixel(200, 22) != qRgb(255, 255, 255));
@@ -226,7 +218,7 @@ void TestFraming::zoomedBlurFillKeepsItsBackground()
     // The foreground of a blur fill grows; the blurred background is the one of the plain fill.
     const QImage plain = renderPreprocPipeline(m_picture, {FillMode::BlurFill, 0}, QSize(300, 400));
     const QImage zoomed =
-        renderPreprocPipeline(m_picture, framed(FillMode::BlurFill, 0.5, 0.5, 1.2), QSize(300, 400));
+        renderPreprocPipeline(m_picture, framedState(FillMode::BlurFill, 0.5, 0.5, 1.2), QSize(300, 400));
     // Fitted the foreground is 300 x 225 (rows 87..312); zoomed it is 270 high (rows 65..335).
     QCOMPARE(zoomed.pixel(150, 10), plain.pixel(150, 10));
     QCOMPARE(zoomed.pixel(150, 390), plain.pixel(150, 390));
@@ -256,7 +248,7 @@ void TestFraming::shownFocusIsWhereTheEdgesAllow()
 void TestFraming::directIgnoresTheFraming()
 {
     const PreprocState plain{FillMode::Direct, 90};
-    const PreprocState moved = framed(FillMode::Direct, 0.0, 1.0, 3.0, 90);
+    const PreprocState moved = framedState(FillMode::Direct, 0.0, 1.0, 3.0, 90);
     QCOMPARE(renderPreprocExport(m_picture, moved, QSize(600, 800), true), m_picture);
     QCOMPARE(renderPreprocDisplayPreview(m_picture, moved, QSize(600, 800), false),
              renderPreprocDisplayPreview(m_picture, plain, QSize(600, 800), false));
@@ -265,18 +257,20 @@ void TestFraming::directIgnoresTheFraming()
 
 void TestFraming::clampedKeepsTheLimits()
 {
-    const PreprocState wild = Framing::clamped(framed(FillMode::BlurFill, -3.0, 7.0, 9.0));
+    const PreprocState wild = Framing::clamped(framedState(FillMode::BlurFill, -3.0, 7.0, 9.0));
     QCOMPARE(QPointF(wild.focusX, wild.focusY), QPointF(0.0, 1.0));
     QCOMPARE(wild.zoom, Framing::kMaxZoom);
-    const PreprocState small = Framing::clamped(framed(FillMode::BlurFill, 0.3, 0.4, 0.2));
+    const PreprocState small = Framing::clamped(framedState(FillMode::BlurFill, 0.3, 0.4, 0.2));
     QCOMPARE(small.zoom, Framing::kMinZoom);
-    const PreprocState broken = Framing::clamped(framed(FillMode::BlurFill, std::nan(""), 0.2, std::nan("")));
+    const PreprocState broken =
+        Framing::clamped(framedState(FillMode::BlurFill, std::nan(""), 0.2, std::nan("")));
     QCOMPARE(QPointF(broken.focusX, broken.focusY), QPointF(0.5, 0.2));
     QCOMPARE(broken.zoom, 1.0);
     QVERIFY(Framing::isUntouched(Framing::withoutFraming(wild)));
     // A render never reads beyond the picture, whatever the state says.
     QCOMPARE(
-        renderPreprocPipeline(m_picture, framed(FillMode::CenterCrop, 5.0, -5.0, 50.0), QSize(40, 30)).size(),
+        renderPreprocPipeline(m_picture, framedState(FillMode::CenterCrop, 5.0, -5.0, 50.0), QSize(40, 30))
+            .size(),
         QSize(40, 30));
 }
 
@@ -290,9 +284,9 @@ void TestFraming::enlargement()
     QVERIFY(!Framing::isLowResolution(0.3));
     // A crop covers the frame; a zoom enlarges further; a turn or a landscape frame changes it.
     QCOMPARE(Framing::enlargement(QSize(640, 480), {FillMode::CenterCrop, 0}, panel, false), 1600.0 / 480);
-    QCOMPARE(
-        Framing::enlargement(QSize(4000, 3000), framed(FillMode::CenterCrop, 0.5, 0.5, 4.0), panel, false),
-        1600.0 / 3000 * 4);
+    QCOMPARE(Framing::enlargement(QSize(4000, 3000), framedState(FillMode::CenterCrop, 0.5, 0.5, 4.0), panel,
+                                  false),
+             1600.0 / 3000 * 4);
     QCOMPARE(Framing::enlargement(QSize(640, 480), {FillMode::BlurFill, 90}, panel, false), 2.5);
     QCOMPARE(Framing::enlargement(QSize(640, 480), {FillMode::BlurFill, 0}, panel, true), 2.5);
     QVERIFY(!Framing::isLowResolution(1.5)); // more than 1.5x, not 1.5x itself
@@ -316,14 +310,14 @@ void TestFraming::lowResolutionText()
 
 void TestFraming::stateLabelNamesTheZoom()
 {
-    QCOMPARE(formatPreprocStateLabel(framed(FillMode::CenterCrop, 0.2, 0.3, 1.0, 90)),
+    QCOMPARE(formatPreprocStateLabel(framedState(FillMode::CenterCrop, 0.2, 0.3, 1.0, 90)),
              QStringLiteral("Center crop + Rotate 90°"));
-    QCOMPARE(formatPreprocStateLabel(framed(FillMode::CenterCrop, 0.2, 0.3, 2.5, 90)),
+    QCOMPARE(formatPreprocStateLabel(framedState(FillMode::CenterCrop, 0.2, 0.3, 2.5, 90)),
              QStringLiteral("Center crop + Rotate 90° + Zoom 250%"));
-    QCOMPARE(formatPreprocStateLabel(framed(FillMode::Direct, 0.2, 0.3, 2.5, 90)),
+    QCOMPARE(formatPreprocStateLabel(framedState(FillMode::Direct, 0.2, 0.3, 2.5, 90)),
              QStringLiteral("TARN direct"));
     UiLanguage::set(UiLanguage::Chinese);
-    QCOMPARE(formatPreprocStateLabel(framed(FillMode::BlurFill, 0.5, 0.5, 1.5)),
+    QCOMPARE(formatPreprocStateLabel(framedState(FillMode::BlurFill, 0.5, 0.5, 1.5)),
              QStringLiteral("模糊填充 + 缩放 150%"));
     UiLanguage::set(UiLanguage::English);
 }

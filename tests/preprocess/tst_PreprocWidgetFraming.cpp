@@ -4,6 +4,7 @@
 #include "preprocess/PreprocWidget.h"
 #include "ui/UiLanguage.h"
 
+#include "FramedState.h"
 #include "LanguageGuard.h"
 #include "TestFiles.h"
 
@@ -13,15 +14,6 @@
 #include <QTest>
 
 namespace {
-
-PreprocState framed(FillMode mode, double focusX, double focusY, double zoom, int rotation = 0)
-{
-    PreprocState state{mode, rotation};
-    state.focusX = focusX;
-    state.focusY = focusY;
-    state.zoom = zoom;
-    return state;
-}
 
 } // namespace
 
@@ -60,19 +52,19 @@ void TestPreprocWidgetFraming::initTestCase()
 void TestPreprocWidgetFraming::fillChangesKeepTheFraming()
 {
     PreprocWidget widget(picture("a.png", TestFiles::solidImage(160, 120, Qt::red)));
-    widget.commitState(framed(FillMode::CenterCrop, 0.2, 0.3, 2.0), false);
+    widget.commitState(framedState(FillMode::CenterCrop, 0.2, 0.3, 2.0), false);
     widget.setFillMode(FillMode::WhiteFill, true);
-    QVERIFY(widget.state() == framed(FillMode::WhiteFill, 0.2, 0.3, 2.0));
+    QVERIFY(widget.state() == framedState(FillMode::WhiteFill, 0.2, 0.3, 2.0));
     widget.onFillModeSelected(FillMode::BlurFill);
-    QVERIFY(widget.state() == framed(FillMode::BlurFill, 0.2, 0.3, 2.0));
+    QVERIFY(widget.state() == framedState(FillMode::BlurFill, 0.2, 0.3, 2.0));
 }
 
 void TestPreprocWidgetFraming::rotationsTurnTheFraming()
 {
     PreprocWidget widget(picture("b.png", TestFiles::solidImage(160, 120, Qt::red)));
-    widget.commitState(framed(FillMode::CenterCrop, 0.2, 0.3, 2.0), false);
+    widget.commitState(framedState(FillMode::CenterCrop, 0.2, 0.3, 2.0), false);
     widget.stepRotate(90, false);
-    QVERIFY(widget.state() == framed(FillMode::CenterCrop, 0.7, 0.2, 2.0, 90));
+    QVERIFY(widget.state() == framedState(FillMode::CenterCrop, 0.7, 0.2, 2.0, 90));
     widget.onRotateLeft();
     QCOMPARE(widget.state().rotationDegrees, 0);
     QCOMPARE(widget.state().focusX, 0.2); // back where it was (to the last bit)
@@ -82,8 +74,8 @@ void TestPreprocWidgetFraming::rotationsTurnTheFraming()
 void TestPreprocWidgetFraming::framingIsKeptWithinItsLimits()
 {
     PreprocWidget widget(picture("c.png", TestFiles::solidImage(160, 120, Qt::red)));
-    widget.commitState(framed(FillMode::Direct, -1.0, 2.0, 10.0), true);
-    QVERIFY(widget.state() == framed(FillMode::BlurFill, 0.0, 1.0, 4.0));
+    widget.commitState(framedState(FillMode::Direct, -1.0, 2.0, 10.0), true);
+    QVERIFY(widget.state() == framedState(FillMode::BlurFill, 0.0, 1.0, 4.0));
 }
 
 void TestPreprocWidgetFraming::thumbnailShowsTheFraming()
@@ -93,7 +85,7 @@ void TestPreprocWidgetFraming::thumbnailShowsTheFraming()
     QTRY_VERIFY(widget.previewLabel()->isVisible());
     const QImage untouched = widget.previewLabel()->pixmap().toImage();
     QSignalSpy spy(&widget, &PreprocWidget::preprocessingChanged);
-    widget.commitState(framed(FillMode::CenterCrop, 0.0, 0.0, 2.0), true);
+    widget.commitState(framedState(FillMode::CenterCrop, 0.0, 0.0, 2.0), true);
     QCOMPARE(spy.count(), 1);
     // The thumbnail's composition starts at the picture's top-left corner.
     const QImage shown = widget.displayPreviewImage();
@@ -124,7 +116,7 @@ void TestPreprocWidgetFraming::lowResolutionMarkFollowsTheRow()
     widget.stepRotate(-90, false);
     widget.setFillMode(FillMode::CenterCrop, false);
     QCOMPARE(tip(), QStringLiteral("Low resolution for this frame: 640×480 is enlarged 3.3×"));
-    widget.commitState(framed(FillMode::BlurFill, 0.5, 0.5, 2.0), false);
+    widget.commitState(framedState(FillMode::BlurFill, 0.5, 0.5, 2.0), false);
     QCOMPARE(tip(), QStringLiteral("Low resolution for this frame: 640×480 is enlarged 3.8×"));
 }
 
@@ -137,7 +129,7 @@ void TestPreprocWidgetFraming::largePictureHasNoMark()
     QCOMPARE(widget.thumbnailSource().size(), QSize(280, 210));
     QVERIFY(widget.lowResolutionMark()->isHidden());
     // Zoomed 4x into a crop it is enlarged 2.1x.
-    widget.commitState(framed(FillMode::CenterCrop, 0.5, 0.5, 4.0), false);
+    widget.commitState(framedState(FillMode::CenterCrop, 0.5, 0.5, 4.0), false);
     QVERIFY(widget.lowResolutionMark()->isVisible());
     QCOMPARE(widget.lowResolutionMark()->toolTip(),
              QStringLiteral("Low resolution for this frame: 4000×3000 is enlarged 2.1×"));

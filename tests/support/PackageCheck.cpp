@@ -28,15 +28,20 @@ QStringList listedFrames(const QString &packageDir)
     return names;
 }
 
-QColor frameColour(const QString &framePath)
+QImage frameImage(const QString &framePath)
 {
     QTemporaryDir dir;
     const QString png = dir.filePath(QStringLiteral("frame.png"));
     QProcess decoder;
     decoder.start(TestFiles::tarnSimPath(), {QStringLiteral("--decode"), framePath, png});
     if (!decoder.waitForFinished(30000) || decoder.exitCode() != 0)
-        return QColor();
-    const QImage picture(png);
+        return QImage();
+    return QImage(png);
+}
+
+QColor frameColour(const QString &framePath)
+{
+    const QImage picture = frameImage(framePath);
     return picture.isNull() ? QColor() : picture.pixelColor(picture.width() / 2, picture.height() / 2);
 }
 

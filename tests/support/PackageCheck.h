@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QColor>
+#include <QImage>
 #include <QList>
 #include <QString>
 #include <QStringList>
@@ -13,6 +14,8 @@ namespace PackageCheck {
 
 QStringList files(const QString &packageDir);
 QStringList listedFrames(const QString &packageDir);
+// The picture a frame holds, as the stand-in decodes it; null when it cannot.
+QImage frameImage(const QString &framePath);
 QColor frameColour(const QString &framePath);
 // The colours of the frames playlist.json lists, in its order.
 QList<QColor> colours(const QString &packageDir);
