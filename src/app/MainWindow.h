@@ -39,6 +39,7 @@ class QProgressBar;
 class QPushButton;
 class QSpinBox;
 class ScratchFolders;
+struct PictureList;
 
 // The settings file "VeloraOfflineTool.ini" (beside the executable while it can be kept there,
 // SettingsLocation); a fresh object each call.
@@ -162,6 +163,13 @@ public:
     // failure: for a silent export that did not write the package, the reason to show.
     bool runPlaylistExport(bool interactive, QString *failure = nullptr);
 
+    // Picture lists: the table, each row's state and the package settings in a file
+    PictureList currentPictureList() const;
+    bool savePictureList(const QString &path);
+    // Replaces the table (asking first when it holds pictures); false when nothing changed.
+    bool openPictureList(const QString &path);
+    QStringList recentLists() const;
+
 public Q_SLOTS:
     void onBrowseExe();
     void onBrowseWorkDir();
@@ -191,6 +199,9 @@ public Q_SLOTS:
     void onBrowseKeyFile();
     void onKeyHistoryChanged(int index);
     void onShowLog();
+    void onOpenList();
+    void onSaveList();
+    void onSaveListAs();
 
 protected:
     void showEvent(QShowEvent *event) override;
@@ -206,6 +217,10 @@ private:
     };
 
     void setupMenuBar();
+    void setupFileMenu();
+    void rebuildRecentListsMenu();
+    void rememberRecentList(const QString &path, bool keep);
+    void applyListSettings(const PictureList &list);
     void setupUI();
     QGroupBox *createStepSelectDevice();
     QGroupBox *createStepAddImages();
@@ -256,6 +271,12 @@ private:
     QString m_variantId;
 
     // Menu
+    QMenu *m_fileMenu = nullptr;
+    QAction *m_actionOpenList = nullptr;
+    QAction *m_actionSaveList = nullptr;
+    QAction *m_actionSaveListAs = nullptr;
+    QMenu *m_recentListsMenu = nullptr;
+    QString m_listPath; // the list last opened or saved, for Save List
     QMenu *m_helpMenu = nullptr;
     QAction *m_actionAbout = nullptr;
     QAction *m_actionViewLog = nullptr;

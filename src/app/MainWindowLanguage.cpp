@@ -92,8 +92,16 @@ void MainWindow::relabelUnnamedLabels()
 
 void MainWindow::retranslateUi()
 {
-    // 1. Title. 2-3. The File and Language menus are not built in this edition.
+    // 1. Title. 2. The File menu holds the picture lists; the Language menu is not built here.
     setWindowTitle(Str::windowTitle());
+    if (m_fileMenu)
+        m_fileMenu->setTitle(Str::menuFile());
+    setTextIf(m_actionOpenList, Str::actionOpenList());
+    setTextIf(m_actionSaveList, Str::actionSaveList());
+    setTextIf(m_actionSaveListAs, Str::actionSaveListAs());
+    if (m_recentListsMenu)
+        m_recentListsMenu->setTitle(Str::menuRecentLists());
+    rebuildRecentListsMenu();
 
     // 4. Help menu.
     if (m_helpMenu)

@@ -9,7 +9,9 @@
 #include "run/RenderAheadQueue.h"
 #include "ui/AppBranding.h"
 
+#include <QAction>
 #include <QCheckBox>
+#include <QMenu>
 #include <QDir>
 #include <QFileInfo>
 #include <QLineEdit>
@@ -29,6 +31,12 @@ void MainWindow::setListEditingEnabled(bool enabled)
         if (button)
             button->setEnabled(enabled);
     }
+    for (QAction *action : {m_actionOpenList, m_actionSaveList, m_actionSaveListAs}) {
+        if (action)
+            action->setEnabled(enabled);
+    }
+    if (m_recentListsMenu)
+        m_recentListsMenu->setEnabled(enabled);
 }
 
 void MainWindow::onStartProcess()

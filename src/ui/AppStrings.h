@@ -334,6 +334,31 @@ QString cropBlurWheelHint();
 QString cropLandscapeHint();
 QString cropPortraitHint();
 
+// --- Picture lists: the File menu, reading and writing a list ---
+QString actionOpenList();
+QString actionSaveList();
+QString actionSaveListAs();
+QString menuRecentLists();
+QString recentListsEmpty();
+QString clearRecentLists();
+QString openListTitle();
+QString saveListTitle();
+QString listFileFilter();
+QString listNotJson(const QString &reason, int offset);
+QString listNotAList();
+QString listWrongVersion(const QString &found, int supported);
+QString listBadSettings();
+QString listBadPicture(int number);
+QString listTooLarge();
+QString listCannotRead(const QString &path, const QString &reason);
+QString listCannotWrite(const QString &path, const QString &reason);
+QString listReplaceQuestion(int rows);
+QString listMissingPictures(int count, const QString &names);
+QString andMore(int count);
+QString listBusy();
+QString listSavedLog(const QString &path, int pictures);
+QString listOpenedLog(const QString &path, int pictures);
+
 // --- Row status: stored on a row's status cell with its text and colours ---
 enum class RowStatus {
     Pending = 0,

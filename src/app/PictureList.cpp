@@ -1,0 +1,197 @@
+#include "app/PictureList.h"
+
+#include "playlist/PlaylistExporter.h"
+#include "preprocess/Framing.h"
+#include "ui/AppStrings.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QSaveFile>
+
+#include <cmath>
+
+namespace {
+
+// A list file is a few hundred bytes a picture; anything far larger is not one.
+constexpr qint64 kMaxFileBytes = 16 * 1024 * 1024;
+
+const QList<QPair<FillMode, QString>> &fillModeKeys()
+{
+    static const QList<QPair<FillMode, QString>> keys = {
+        {FillMode::Direct, QStringLiteral("direct")},  {FillMode::BlurFill, QStringLiteral("blur")},
+        {FillMode::WhiteFill, QStringLiteral("white")}, {FillMode::BlackFill, QStringLiteral("black")},
+        {FillMode::CenterCrop, QStringLiteral("crop")},
+    };
+    return keys;
+}
+
+bool isNumberIn(const QJsonValue &value, double low, double high)
+{
+    return value.isDouble() && std::isfinite(value.toDouble()) && value.toDouble() >= low &&
+           value.toDouble() <= high;
+}
+
+std::optional<PictureList::Picture> readPicture(const QJsonValue &value, const QString &baseDir)
+{
+    const QJsonObject object = value.toObject();
+    const QString path = object.value(QStringLiteral("path")).toString();
+    const std::optional<FillMode> fill =
+        PictureList::fillModeFromKey(object.value(QStringLiteral("fill")).toString());
+    const QJsonValue rotation = object.value(QStringLiteral("rotation"));
+    const QJsonValue focusX = object.value(QStringLiteral("focus_x"));
+    const QJsonValue focusY = object.value(QStringLiteral("focus_y"));
+    const QJsonValue zoom = object.value(QStringLiteral("zoom"));
+    if (!value.isObject() || path.isEmpty() || !fill || !isNumberIn(rotation, 0, 270) ||
+        rotation.toInt() % 90 != 0 || rotation.toDouble() != rotation.toInt() || !isNumberIn(focusX, 0, 1) ||
+        !isNumberIn(focusY, 0, 1) || !isNumberIn(zoom, Framing::kMinZoom, Framing::kMaxZoom))
+        return std::nullopt;
+    PictureList::Picture picture;
+    picture.path = QDir::fromNativeSeparators(QDir::cleanPath(QDir(baseDir).absoluteFilePath(path)));
+    picture.state = {*fill, rotation.toInt(), focusX.toDouble(), focusY.toDouble(), zoom.toDouble()};
+    return picture;
+}
+
+} // namespace
+
+QString PictureList::formatName() { return QStringLiteral("velora-picture-list"); }
+
+QString PictureList::fillModeKey(FillMode mode)
+{
+    for (const auto &[known, key] : fillModeKeys()) {
+        if (known == mode)
+            return key;
+    }
+    return QString();
+}
+
+std::optional<FillMode> PictureList::fillModeFromKey(const QString &key)
+{
+    for (const auto &[mode, known] : fillModeKeys()) {
+        if (known == key)
+            return mode;
+    }
+    return std::nullopt;
+}
+
+QByteArray PictureList::toJson() const
+{
+    QJsonArray rows;
+    for (const Picture &picture : pictures) {
+        rows.append(QJsonObject{
+            {QStringLiteral("path"), QDir::fromNativeSeparators(QFileInfo(picture.path).absoluteFilePath())},
+            {QStringLiteral("fill"), fillModeKey(picture.state.fillMode)},
+            {QStringLiteral("rotation"), picture.state.rotationDegrees},
+            {QStringLiteral("focus_x"), picture.state.focusX},
+            {QStringLiteral("focus_y"), picture.state.focusY},
+            {QStringLiteral("zoom"), picture.state.zoom},
+        });
+    }
+    const QJsonObject settings{
+        {QStringLiteral("key_file"),
+         keyFile.isEmpty() ? QString() : QDir::fromNativeSeparators(QFileInfo(keyFile).absoluteFilePath())},
+        {QStringLiteral("panel"), panelType},
+        {QStringLiteral("orientation"), landscape ? QStringLiteral("landscape") : QStringLiteral("portrait")},
+        {QStringLiteral("interval_minutes"), intervalMinutes},
+        {QStringLiteral("loop"), loop},
+        {QStringLiteral("save_location"),
+         saveLocation.isEmpty() ? QString()
+                                : QDir::fromNativeSeparators(QFileInfo(saveLocation).absoluteFilePath())},
+    };
+    const QJsonObject root{
+        {QStringLiteral("format"), formatName()},
+        {QStringLiteral("version"), kVersion},
+        {QStringLiteral("settings"), settings},
+        {QStringLiteral("pictures"), rows},
+    };
+    return QJsonDocument(root).toJson(QJsonDocument::Indented);
+}
+
+std::optional<PictureList> PictureList::fromJson(const QByteArray &json, const QString &baseDir,
+                                                 QString *error)
+{
+    const auto fail = [&](const QString &reason) {
+        if (error)
+            *error = reason;
+        return std::nullopt;
+    };
+    QJsonParseError parseError;
+    const QJsonDocument document = QJsonDocument::fromJson(json, &parseError);
+    if (parseError.error != QJsonParseError::NoError)
+        return fail(Str::listNotJson(parseError.errorString(), int(parseError.offset)));
+    const QJsonObject root = document.object();
+    if (!document.isObject() || root.value(QStringLiteral("format")).toString() != formatName())
+        return fail(Str::listNotAList());
+    const QJsonValue version = root.value(QStringLiteral("version"));
+    if (!version.isDouble() || version.toInt() != kVersion)
+        return fail(Str::listWrongVersion(version.toVariant().toString(), kVersion));
+
+    PictureList list;
+    const QJsonObject settings = root.value(QStringLiteral("settings")).toObject();
+    const QString orientation = settings.value(QStringLiteral("orientation")).toString();
+    const QJsonValue interval = settings.value(QStringLiteral("interval_minutes"));
+    const QJsonValue loop = settings.value(QStringLiteral("loop"));
+    if (!root.value(QStringLiteral("settings")).isObject() || !settings.value(QStringLiteral("panel")).isString() ||
+        (orientation != QLatin1String("portrait") && orientation != QLatin1String("landscape")) ||
+        !isNumberIn(interval, PlaylistExporter::kMinIntervalMinutes, PlaylistExporter::kMaxIntervalMinutes) ||
+        !loop.isBool() || !settings.value(QStringLiteral("key_file")).isString() ||
+        !settings.value(QStringLiteral("save_location")).isString())
+        return fail(Str::listBadSettings());
+    list.panelType = settings.value(QStringLiteral("panel")).toString();
+    list.landscape = orientation == QLatin1String("landscape");
+    list.intervalMinutes = interval.toInt();
+    list.loop = loop.toBool();
+    const auto absolute = [&](const QString &path) {
+        return path.isEmpty() ? QString()
+                              : QDir::fromNativeSeparators(QDir::cleanPath(QDir(baseDir).absoluteFilePath(path)));
+    };
+    list.keyFile = absolute(settings.value(QStringLiteral("key_file")).toString());
+    list.saveLocation = absolute(settings.value(QStringLiteral("save_location")).toString());
+
+    const QJsonValue rows = root.value(QStringLiteral("pictures"));
+    if (!rows.isArray())
+        return fail(Str::listBadPicture(0));
+    for (const QJsonValue &row : rows.toArray()) {
+        const std::optional<Picture> picture = readPicture(row, baseDir);
+        if (!picture)
+            return fail(Str::listBadPicture(int(list.pictures.size()) + 1));
+        list.pictures << *picture;
+    }
+    return list;
+}
+
+bool PictureList::save(const QString &path, QString *error) const
+{
+    // QSaveFile writes beside the target and renames at commit: a failure leaves the old list.
+    QSaveFile file(path);
+    const QByteArray json = toJson();
+    if (!file.open(QIODevice::WriteOnly) || file.write(json) != json.size() || !file.commit()) {
+        if (error)
+            *error = Str::listCannotWrite(QDir::toNativeSeparators(path), file.errorString());
+        return false;
+    }
+    return true;
+}
+
+std::optional<PictureList> PictureList::load(const QString &path, QString *error)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly)) {
+        if (error)
+            *error = Str::listCannotRead(QDir::toNativeSeparators(path), file.errorString());
+        return std::nullopt;
+    }
+    if (file.size() > kMaxFileBytes) {
+        if (error)
+            *error = Str::listCannotRead(QDir::toNativeSeparators(path), Str::listTooLarge());
+        return std::nullopt;
+    }
+    QString reason;
+    std::optional<PictureList> list = fromJson(file.readAll(), QFileInfo(path).absolutePath(), &reason);
+    if (!list && error)
+        *error = Str::listCannotRead(QDir::toNativeSeparators(path), reason);
+    return list;
+}

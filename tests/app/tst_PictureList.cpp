@@ -1,0 +1,151 @@
+// A picture list's file: what is written is read back the same, and a file that is not a
+// whole list of this version gives a message and nothing.
+#include "app/PictureList.h"
+#include "ui/UiLanguage.h"
+
+#include "FramedState.h"
+#include "ReadOnlyFolder.h"
+#include "TestFiles.h"
+
+#include <QDir>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QTemporaryDir>
+#include <QTest>
+
+class TestPictureList : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase() { UiLanguage::set(UiLanguage::English); }
+    void writtenIsReadBack();
+    void relativePathsAreTakenFromTheListsFolder();
+    void faultyFilesGiveAMessage_data();
+    void faultyFilesGiveAMessage();
+    void fillModeKeys();
+    void savingIntoAReadOnlyFolderKeepsTheOldList();
+    void missingFile();
+
+private:
+    static PictureList sample();
+};
+
+PictureList TestPictureList::sample()
+{
+    PictureList list;
+    list.pictures << PictureList::Picture{"/photos/a.jpg", framedState(FillMode::CenterCrop, 0.1, 0.9, 2.5, 90)}
+                  << PictureList::Picture{"/photos/b c/é.png", framedState(FillMode::Direct, 0.5, 0.5, 1.0)}
+                  << PictureList::Picture{"/photos/c.heic", framedState(FillMode::BlackFill, 0.3, 0.5, 1.25, 270)};
+    list.keyFile = "/keys/frame.json";
+    list.panelType = "253";
+    list.landscape = true;
+    list.intervalMinutes = 1440;
+    list.loop = false;
+    list.saveLocation = "/out";
+    return list;
+}
+
+void TestPictureList::writtenIsReadBack()
+{
+    const PictureList written = sample();
+    QString error;
+    const std::optional<PictureList> read = PictureList::fromJson(written.toJson(), "/elsewhere", &error);
+    QVERIFY2(read, qPrintable(error));
+    QCOMPARE(read->pictures.size(), 3);
+    for (int i = 0; i < 3; ++i) {
+        QCOMPARE(read->pictures.at(i).path, QDir::cleanPath(QFileInfo(written.pictures.at(i).path).absoluteFilePath()));
+        QVERIFY(read->pictures.at(i).state == written.pictures.at(i).state);
+    }
+    QCOMPARE(read->keyFile, QFileInfo("/keys/frame.json").absoluteFilePath());
+    QCOMPARE(read->panelType, QString("253"));
+    QVERIFY(read->landscape);
+    QCOMPARE(read->intervalMinutes, 1440);
+    QVERIFY(!read->loop);
+    QCOMPARE(read->saveLocation, QFileInfo("/out").absoluteFilePath());
+
+    const QJsonObject root = QJsonDocument::fromJson(written.toJson()).object();
+    QCOMPARE(root.value("format").toString(), QString("velora-picture-list"));
+    QCOMPARE(root.value("version").toInt(), 1);
+}
+
+void TestPictureList::relativePathsAreTakenFromTheListsFolder()
+{
+    QByteArray json = sample().toJson();
+    json.replace("\"/photos/a.jpg\"", "\"sub/a.jpg\"");
+    const std::optional<PictureList> read = PictureList::fromJson(json, "/lists", nullptr);
+    QVERIFY(read);
+    QCOMPARE(read->pictures.first().path, QDir::cleanPath(QFileInfo("/lists/sub/a.jpg").absoluteFilePath()));
+}
+
+void TestPictureList::faultyFilesGiveAMessage_data()
+{
+    QTest::addColumn<QByteArray>("json");
+    QTest::addColumn<QString>("message");
+    const QByteArray whole = sample().toJson();
+    const auto edited = [&](const char *from, const char *to) { return QByteArray(whole).replace(from, to); };
+    QTest::newRow("empty") << QByteArray() << "The file is not valid JSON";
+    QTest::newRow("truncated") << whole.left(whole.size() / 2) << "The file is not valid JSON";
+    QTest::newRow("an array") << QByteArray("[1, 2]") << "The file is not a picture list of this program.";
+    QTest::newRow("another format") << edited("velora-picture-list", "other-list")
+                                    << "The file is not a picture list of this program.";
+    QTest::newRow("newer version") << edited("\"version\": 1", "\"version\": 2")
+                                   << "The list has format version 2; this program reads version 1.";
+    QTest::newRow("no version") << edited("\"version\": 1", "\"versio\": 1")
+                                << "The list has format version ?; this program reads version 1.";
+    QTest::newRow("bad orientation") << edited("\"landscape\"", "\"sideways\"")
+                                     << "The list's settings are missing or invalid.";
+    QTest::newRow("interval out of range") << edited("\"interval_minutes\": 1440", "\"interval_minutes\": 1")
+                                           << "The list's settings are missing or invalid.";
+    QTest::newRow("zoom too large") << edited("\"zoom\": 2.5", "\"zoom\": 9") << "Picture 1 of the list is missing or invalid.";
+    QTest::newRow("odd rotation") << edited("\"rotation\": 270", "\"rotation\": 45")
+                                  << "Picture 3 of the list is missing or invalid.";
+    QTest::newRow("unknown fill") << edited("\"fill\": \"direct\"", "\"fill\": \"stretch\"")
+                                  << "Picture 2 of the list is missing or invalid.";
+    QTest::newRow("no pictures") << edited("\"pictures\"", "\"picture\"") << "The list has no picture entries.";
+}
+
+void TestPictureList::faultyFilesGiveAMessage()
+{
+    QFETCH(QByteArray, json);
+    QFETCH(QString, message);
+    QString error;
+    QVERIFY(!PictureList::fromJson(json, "/", &error));
+    QVERIFY2(error.startsWith(message), qPrintable(error));
+}
+
+void TestPictureList::fillModeKeys()
+{
+    for (FillMode mode : {FillMode::Direct, FillMode::BlurFill, FillMode::WhiteFill, FillMode::BlackFill,
+                          FillMode::CenterCrop})
+        QCOMPARE(PictureList::fillModeFromKey(PictureList::fillModeKey(mode)), std::optional<FillMode>(mode));
+    QCOMPARE(PictureList::fillModeKey(FillMode::CenterCrop), QString("crop"));
+    QVERIFY(!PictureList::fillModeFromKey("Blur"));
+}
+
+void TestPictureList::savingIntoAReadOnlyFolderKeepsTheOldList()
+{
+    QTemporaryDir dir;
+    const QString path = dir.filePath("lists/mine.json");
+    QVERIFY(TestFiles::write(path, "the old list"));
+    ReadOnlyFolder readOnly(dir.filePath("lists"));
+    if (!readOnly.isReadOnly())
+        QSKIP("this machine cannot make a folder read-only");
+    QString error;
+    QVERIFY(!sample().save(path, &error));
+    QVERIFY2(error.startsWith("The picture list cannot be saved:\n" + QDir::toNativeSeparators(path)), qPrintable(error));
+    QCOMPARE(TestFiles::read(path), QByteArray("the old list"));
+    QCOMPARE(QDir(dir.filePath("lists")).entryList(QDir::Files), QStringList{"mine.json"});
+}
+
+void TestPictureList::missingFile()
+{
+    QString error;
+    QVERIFY(!PictureList::load("/nonexistent/list.json", &error));
+    QVERIFY(error.startsWith(QStringLiteral("The picture list cannot be opened:\n") +
+                             QDir::toNativeSeparators("/nonexistent/list.json")));
+    QVERIFY(error.endsWith("The table was not changed."));
+}
+
+QTEST_GUILESS_MAIN(TestPictureList)
+#include "tst_PictureList.moc"
