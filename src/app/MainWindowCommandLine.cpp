@@ -7,6 +7,7 @@
 #include "playlist/PackageWriter.h"
 #include "preprocess/PreprocWidget.h"
 #include "processor/ProcessorConfig.h"
+#include "run/ProcessorCommand.h"
 #include "run/ScratchFolders.h"
 
 #include <QComboBox>
@@ -19,8 +20,6 @@
 #include <QStandardPaths>
 
 namespace {
-
-const QString kDefaultKeyFlag = QStringLiteral("--pubkey");
 
 QString tempLocation() { return QStandardPaths::writableLocation(QStandardPaths::TempLocation); }
 
@@ -101,7 +100,6 @@ QStringList MainWindow::buildArgs(int row)
 
 QStringList MainWindow::processorArgs(int row, const std::optional<QString> &rendered)
 {
-    QStringList args;
     QTableWidgetItem *file = m_imageTable->item(row, FileColumn);
 
     QString input = file ? QDir::fromNativeSeparators(file->data(kSourcePathRole).toString()) : QString();
@@ -122,21 +120,13 @@ QStringList MainWindow::processorArgs(int row, const std::optional<QString> &ren
             appendLog(Str::preprocFailedUseOriginal());
         }
     }
-    args << input << resolveOutputPathsForRow(row);
-
     const QString panelType = m_panelTypeCombo ? m_panelTypeCombo->currentText().trimmed() : QString();
-    if (!panelType.isEmpty())
-        args << panelType;
-
     const VariantConfig variant = m_processorConfig.variantIds().contains(currentVariantId())
                                       ? m_processorConfig.variant(currentVariantId())
                                       : VariantConfig();
-    const QString keyFile = currentKeyFilePath();
-    if (m_keyFileEdit && !keyFile.isEmpty())
-        args << (variant.keyFileArg.isEmpty() ? kDefaultKeyFlag : variant.keyFileArg) << keyArgumentPath();
-
-    args << variant.extraArgs; // omit_args is read but removes nothing from this list, on purpose
-    return args;
+    const bool withKey = m_keyFileEdit && !currentKeyFilePath().isEmpty();
+    return ProcessorCommand::arguments(input, resolveOutputPathsForRow(row), panelType, variant,
+                                       withKey ? keyArgumentPath() : QString());
 }
 
 bool MainWindow::validateSettings() const

@@ -26,7 +26,10 @@ const QString kRecentListsKey = QStringLiteral("recent_lists");
 constexpr int kRecentListLimit = 8;
 constexpr int kMissingNamesShown = 20;
 
-QString listKey(const QString &path) { return QDir::fromNativeSeparators(QFileInfo(path).absoluteFilePath()); }
+QString listKey(const QString &path)
+{
+    return QDir::fromNativeSeparators(QFileInfo(path).absoluteFilePath());
+}
 
 } // namespace
 
@@ -192,8 +195,8 @@ bool MainWindow::openPictureList(const QString &path)
     for (int row = 0; row < m_imageTable->rowCount(); ++row) {
         const QTableWidgetItem *file = m_imageTable->item(row, FileColumn);
         PreprocWidget *widget = preprocWidgetAt(row);
-        const auto state = file ? states.constFind(listKey(file->data(kSourcePathRole).toString()))
-                                : states.constEnd();
+        const auto state =
+            file ? states.constFind(listKey(file->data(kSourcePathRole).toString())) : states.constEnd();
         if (widget && state != states.constEnd())
             widget->applyState(*state);
     }
@@ -216,9 +219,8 @@ void MainWindow::onOpenList()
         QMessageBox::warning(this, Str::noticeTitle(), Str::listBusy());
         return;
     }
-    const QString path = QFileDialog::getOpenFileName(this, Str::openListTitle(),
-                                                      QFileInfo(m_listPath).absolutePath(),
-                                                      Str::listFileFilter());
+    const QString path = QFileDialog::getOpenFileName(
+        this, Str::openListTitle(), QFileInfo(m_listPath).absolutePath(), Str::listFileFilter());
     if (!path.isEmpty())
         openPictureList(path);
 }

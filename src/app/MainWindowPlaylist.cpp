@@ -116,14 +116,7 @@ bool MainWindow::buildPlaylistRequest(PlaylistExportRequest *request, QString *m
         m_runKey
             ? *m_runKey
             : (m_keyFileEdit && !keyFile.isEmpty() ? KeySnapshot::read(keyFile, nullptr) : KeySnapshot());
-    if (!key.isNull()) {
-        if (key.panel().ok)
-            request->panel = key.panel();
-        request->encrypt = true;
-        request->accountUid = key.accountUid();
-        if (!key.deviceId().isEmpty())
-            request->deviceIds << key.deviceId();
-    }
+    key.applyTo(request);
     if (!request->panel.ok)
         return false; // the caller shows the panel's own reason
 
@@ -135,8 +128,7 @@ bool MainWindow::buildPlaylistRequest(PlaylistExportRequest *request, QString *m
         const bool done =
             Str::rowStatusFromItem(m_imageTable->item(row, StatusColumn)) == int(Str::RowStatus::Done);
         if (done && QFileInfo::exists(output)) {
-            request->frameNames
-                << QStringLiteral("frame_%1.bin").arg(request->frameNames.size(), 3, 10, QLatin1Char('0'));
+            request->frameNames << PlaylistExporter::frameName(int(request->frameNames.size()));
             request->sourcePaths << output;
         } else if (const QTableWidgetItem *item = m_imageTable->item(row, FileColumn)) {
             missing << item->text();

@@ -5,7 +5,7 @@
 
 #include "images/ImageLoader.h"
 #include "images/ImageTableWidget.h"
-#include "processor/ChildProcessGuard.h"
+#include "run/ProcessorCommand.h"
 #include "run/RenderAheadQueue.h"
 #include "ui/AppBranding.h"
 
@@ -20,10 +20,6 @@
 #include <QProgressBar>
 #include <QPushButton>
 #include <QTime>
-
-namespace {
-constexpr int kProcessStartMs = 5000;
-}
 
 void MainWindow::setListEditingEnabled(bool enabled)
 {
@@ -153,14 +149,6 @@ void MainWindow::startRow(int row, const std::optional<QString> &rendered)
         connect(m_process, &QProcess::finished, this, &MainWindow::onProcessFinished);
     }
 
-    // The processor's own folder comes first on PATH, so its libraries are found.
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(QStringLiteral("PYTHONIOENCODING"), QStringLiteral("utf-8"));
-    environment.insert(QStringLiteral("PATH"),
-                       QDir::toNativeSeparators(QFileInfo(executable).absolutePath()) +
-                           QDir::listSeparator() + environment.value(QStringLiteral("PATH")));
-    m_process->setProcessEnvironment(environment);
-
     if (m_analysisOnlyCheck && m_analysisOnlyCheck->isChecked()) {
         const QString analysisOutput =
             m_analysisOutputEdit ? m_analysisOutputEdit->text().trimmed() : QString();
@@ -178,33 +166,17 @@ void MainWindow::startRow(int row, const std::optional<QString> &rendered)
         return;
     }
 
-    m_process->setWorkingDirectory(workDir);
-    ChildProcessGuard::prepare(m_process);
-    m_process->start(executable, args, QIODevice::ReadWrite);
-    if (!m_process->waitForStarted(kProcessStartMs)) {
+    if (!ProcessorCommand::start(m_process, executable, args, workDir)) {
         finishRow(row, Str::RowStatus::StartFailed);
         appendLog(Str::processStartFailed(m_process->errorString()));
         processNext();
-        return;
     }
-    ChildProcessGuard::adopt(m_process);
 }
 
 void MainWindow::logProcessOutput(const QByteArray &bytes, bool standardError)
 {
-    if (bytes.isEmpty())
-        return;
-    // UTF-8 first; bytes that are not UTF-8 are read in the local code page instead.
-    QString text = QString::fromUtf8(bytes);
-    if (text.contains(QChar::ReplacementCharacter))
-        text = QString::fromLocal8Bit(bytes);
-    // Lines are logged as the chunks arrive: a line cut across two chunks shows as two.
-    const QStringList lines = text.trimmed().split(QLatin1Char('\n'));
-    for (const QString &line : lines) {
-        const QString trimmed = line.trimmed();
-        if (!trimmed.isEmpty())
-            appendLog(standardError ? Str::stderrLogLine(trimmed) : Str::stdoutLogLine(trimmed));
-    }
+    for (const QString &line : ProcessorCommand::outputLines(bytes))
+        appendLog(standardError ? Str::stderrLogLine(line) : Str::stdoutLogLine(line));
 }
 
 void MainWindow::onProcessReadyReadStdOut()
@@ -233,20 +205,17 @@ void MainWindow::onProcessFinished(int exitCode, QProcess::ExitStatus status)
         m_stopRequested = false;
         finishRow(row, Str::RowStatus::Pending);
         appendLog(Str::rowStoppedPending());
-    } else if (status == QProcess::CrashExit) {
-        finishRow(row, Str::RowStatus::Crashed);
-        appendLog(Str::processCrashed(exitCode));
-    } else if (exitCode != 0) {
-        finishRow(row, Str::RowStatus::ExitCodeFailed, exitCode);
-        appendLog(Str::processFailed(exitCode));
-    } else if (rowInputStamp(row, m_runKey->fingerprint()) != m_currentRowStamp) {
+    } else if (const ProcessorCommand::Outcome outcome = ProcessorCommand::outcome(exitCode, status);
+               outcome.status == Str::RowStatus::Done &&
+               rowInputStamp(row, m_runKey->fingerprint()) != m_currentRowStamp) {
         // Changed while its processor worked: this output shows what the row no longer is.
         finishRow(row, Str::RowStatus::Pending);
         appendLog(Str::rowChangedWhileProcessing());
     } else {
-        finishRow(row, Str::RowStatus::Done);
-        ++m_successCount;
-        appendLog(Str::rowDone());
+        finishRow(row, outcome.status, outcome.exitCode);
+        if (outcome.status == Str::RowStatus::Done)
+            ++m_successCount;
+        appendLog(outcome.log);
     }
     cleanupTempFile(row);
     m_progressBar->setValue(row + 1);

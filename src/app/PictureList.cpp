@@ -22,7 +22,7 @@ constexpr qint64 kMaxFileBytes = 16 * 1024 * 1024;
 const QList<QPair<FillMode, QString>> &fillModeKeys()
 {
     static const QList<QPair<FillMode, QString>> keys = {
-        {FillMode::Direct, QStringLiteral("direct")},  {FillMode::BlurFill, QStringLiteral("blur")},
+        {FillMode::Direct, QStringLiteral("direct")},   {FillMode::BlurFill, QStringLiteral("blur")},
         {FillMode::WhiteFill, QStringLiteral("white")}, {FillMode::BlackFill, QStringLiteral("black")},
         {FillMode::CenterCrop, QStringLiteral("crop")},
     };
@@ -134,7 +134,8 @@ std::optional<PictureList> PictureList::fromJson(const QByteArray &json, const Q
     const QString orientation = settings.value(QStringLiteral("orientation")).toString();
     const QJsonValue interval = settings.value(QStringLiteral("interval_minutes"));
     const QJsonValue loop = settings.value(QStringLiteral("loop"));
-    if (!root.value(QStringLiteral("settings")).isObject() || !settings.value(QStringLiteral("panel")).isString() ||
+    if (!root.value(QStringLiteral("settings")).isObject() ||
+        !settings.value(QStringLiteral("panel")).isString() ||
         (orientation != QLatin1String("portrait") && orientation != QLatin1String("landscape")) ||
         !isNumberIn(interval, PlaylistExporter::kMinIntervalMinutes, PlaylistExporter::kMaxIntervalMinutes) ||
         !loop.isBool() || !settings.value(QStringLiteral("key_file")).isString() ||
@@ -145,8 +146,9 @@ std::optional<PictureList> PictureList::fromJson(const QByteArray &json, const Q
     list.intervalMinutes = interval.toInt();
     list.loop = loop.toBool();
     const auto absolute = [&](const QString &path) {
-        return path.isEmpty() ? QString()
-                              : QDir::fromNativeSeparators(QDir::cleanPath(QDir(baseDir).absoluteFilePath(path)));
+        return path.isEmpty()
+                   ? QString()
+                   : QDir::fromNativeSeparators(QDir::cleanPath(QDir(baseDir).absoluteFilePath(path)));
     };
     list.keyFile = absolute(settings.value(QStringLiteral("key_file")).toString());
     list.saveLocation = absolute(settings.value(QStringLiteral("save_location")).toString());

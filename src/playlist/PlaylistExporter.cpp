@@ -18,6 +18,8 @@ PanelSpec validPanel(const char *code, int width, int height)
 }
 } // namespace
 
+QString frameName(int index) { return QStringLiteral("frame_%1.bin").arg(index, 3, 10, QLatin1Char('0')); }
+
 QByteArray buildPlaylistJson(const PlaylistExportRequest &request)
 {
     QJsonObject screen;

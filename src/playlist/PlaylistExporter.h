@@ -38,6 +38,8 @@ constexpr int kMaxIntervalMinutes = 50000;
 constexpr int kMaxFrames = 1000;
 
 QByteArray buildPlaylistJson(const PlaylistExportRequest &request);
+// The name of the index-th frame of a package: "frame_000.bin", ….
+QString frameName(int index);
 QString exportPlaylist(const PlaylistExportRequest &request);
 
 // Key-file panel code ("13.3") to GUI panel type ("133"); empty for anything unknown.

@@ -105,3 +105,15 @@ QString KeySnapshot::pathForProcessor(const QString &stagingDir) const
         return absolute;
     return copy;
 }
+
+void KeySnapshot::applyTo(PlaylistExportRequest *request) const
+{
+    if (isNull())
+        return;
+    if (panel().ok)
+        request->panel = panel();
+    request->encrypt = true;
+    request->accountUid = m_uid;
+    if (!m_deviceId.isEmpty())
+        request->deviceIds << m_deviceId;
+}

@@ -30,6 +30,9 @@ public:
     QString guiPanelType() const;
     // The panel the key names, not ok when it names none that is known.
     PanelSpec panel() const;
+    // The package made with this key: the key's panel (when it names a known one), encryption,
+    // its account and its device. A null snapshot leaves the request as it is.
+    void applyTo(PlaylistExportRequest *request) const;
 
     // True while the file on disk holds exactly the snapshot's bytes.
     bool fileStillMatches() const;

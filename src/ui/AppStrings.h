@@ -359,6 +359,30 @@ QString listBusy();
 QString listSavedLog(const QString &path, int pictures);
 QString listOpenedLog(const QString &path, int pictures);
 
+// --- velora-pack: the command-line packager ---
+QString packDescription();
+QString packPositional();
+QString packOptionOut();
+QString packOptionKey();
+QString packOptionPanel();
+QString packOptionLandscape();
+QString packOptionFill();
+QString packOptionInterval();
+QString packOptionNoLoop();
+QString packOptionList();
+QString packOptionVerbose();
+QString packOptionHelp();
+QString packOptionVersion();
+QString packExitCodes();
+QString packSeeHelp();
+QString packPictureMissing(const QString &path);
+QString packBadPanel(const QString &panel);
+QString packBadFill(const QString &fill);
+QString packBadInterval(const QString &value);
+QString packNoOutput();
+QString packNoPictures();
+QString packProgressLine(int number, int total, const QString &path, const QString &status);
+
 // --- Row status: stored on a row's status cell with its text and colours ---
 enum class RowStatus {
     Pending = 0,

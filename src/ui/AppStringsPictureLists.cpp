@@ -20,7 +20,10 @@ QString listNotJson(const QString &reason, int offset)
         .arg(reason, QString::number(offset));
 }
 
-QString listNotAList() { return pick("该文件不是本程序的图片列表。", "The file is not a picture list of this program."); }
+QString listNotAList()
+{
+    return pick("该文件不是本程序的图片列表。", "The file is not a picture list of this program.");
+}
 
 QString listWrongVersion(const QString &found, int supported)
 {
@@ -29,7 +32,10 @@ QString listWrongVersion(const QString &found, int supported)
         .arg(found.isEmpty() ? QStringLiteral("?") : found, QString::number(supported));
 }
 
-QString listBadSettings() { return pick("列表中的设置缺失或无效。", "The list's settings are missing or invalid."); }
+QString listBadSettings()
+{
+    return pick("列表中的设置缺失或无效。", "The list's settings are missing or invalid.");
+}
 
 QString listBadPicture(int number)
 {
@@ -39,7 +45,10 @@ QString listBadPicture(int number)
         .arg(number);
 }
 
-QString listTooLarge() { return pick("文件太大，不是图片列表。", "The file is too large to be a picture list."); }
+QString listTooLarge()
+{
+    return pick("文件太大，不是图片列表。", "The file is too large to be a picture list.");
+}
 
 QString listCannotRead(const QString &path, const QString &reason)
 {
@@ -64,7 +73,8 @@ QString listReplaceQuestion(int rows)
 
 QString listMissingPictures(int count, const QString &names)
 {
-    return pick("列表中有 %1 个文件已不存在，未添加:\n%2", "%1 file(s) of the list no longer exist and were left out:\n%2")
+    return pick("列表中有 %1 个文件已不存在，未添加:\n%2",
+                "%1 file(s) of the list no longer exist and were left out:\n%2")
         .arg(QString::number(count), names);
 }
 

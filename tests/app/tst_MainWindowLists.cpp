@@ -88,8 +88,10 @@ QStringList TestMainWindowLists::paths() const
 {
     QStringList result;
     for (int row = 0; row < m_window->imageTable()->rowCount(); ++row)
-        result << QDir::fromNativeSeparators(
-            m_window->imageTable()->item(row, MainWindow::FileColumn)->data(MainWindow::kSourcePathRole).toString());
+        result << QDir::fromNativeSeparators(m_window->imageTable()
+                                                 ->item(row, MainWindow::FileColumn)
+                                                 ->data(MainWindow::kSourcePathRole)
+                                                 .toString());
     return result;
 }
 
@@ -141,7 +143,8 @@ void TestMainWindowLists::savedListComesBackAfterARestart()
     QCOMPARE(QDir::fromNativeSeparators(m_window->playlistParentDir()), m_fixture->path("elsewhere"));
     // The rows carry the frame of the list's settings: landscape.
     QVERIFY(m_window->preprocWidgetAt(1)->isLandscape());
-    QCOMPARE(lastLog(*m_window), "📂 Picture list opened (3 picture(s)): " + QDir::toNativeSeparators(listPath()));
+    QCOMPARE(lastLog(*m_window),
+             "📂 Picture list opened (3 picture(s)): " + QDir::toNativeSeparators(listPath()));
 }
 
 void TestMainWindowLists::openingAsksBeforeReplacingTheTable()
@@ -154,7 +157,8 @@ void TestMainWindowLists::openingAsksBeforeReplacingTheTable()
         ModalAnswerer no(QMessageBox::No);
         QVERIFY(!m_window->openPictureList(listPath()));
         QCOMPARE(no.titles(), QStringList{"Open List"});
-        QCOMPARE(no.text(), QStringLiteral("Replace the 1 picture(s) in the table with the list's pictures?"));
+        QCOMPARE(no.text(),
+                 QStringLiteral("Replace the 1 picture(s) in the table with the list's pictures?"));
     }
     QCOMPARE(paths(), kept);
     ModalAnswerer yes(QMessageBox::Yes);
@@ -192,14 +196,16 @@ void TestMainWindowLists::brokenListChangesNothing()
         {whole.left(whole.size() - 40), "The file is not valid JSON"},
         {QByteArray(whole).replace("\"version\": 1", "\"version\": 7"),
          "The list has format version 7; this program reads version 1."},
-        {QByteArray(whole).replace("\"zoom\": 1", "\"zoom\": -3"), "Picture 1 of the list is missing or invalid."},
+        {QByteArray(whole).replace("\"zoom\": 1", "\"zoom\": -3"),
+         "Picture 1 of the list is missing or invalid."},
     };
     for (const auto &[json, reason] : broken) {
         QVERIFY(TestFiles::write(listPath(), json));
         ModalAnswerer answerer;
         QVERIFY(!m_window->openPictureList(listPath()));
         QCOMPARE(answerer.titles(), QStringList{"Open List"});
-        const QString prefix = "The picture list cannot be opened:\n" + QDir::toNativeSeparators(listPath()) + "\n\n";
+        const QString prefix =
+            "The picture list cannot be opened:\n" + QDir::toNativeSeparators(listPath()) + "\n\n";
         QVERIFY2(answerer.text().startsWith(prefix + reason), qPrintable(answerer.text()));
         QVERIFY(answerer.text().endsWith("The table was not changed."));
         QCOMPARE(paths(), pictures + kept);
@@ -256,7 +262,8 @@ void TestMainWindowLists::listsAreRefusedDuringARun()
     QVERIFY(!m_window->openPictureList(listPath()));
     QVERIFY(!m_window->savePictureList(m_fixture->path("lists/other.json")));
     QCOMPARE(answerer.titles(), (QStringList{"Notice", "Notice"}));
-    QCOMPARE(answerer.text(), QStringLiteral("Images are being processed. Stop processing before you open or save a list."));
+    QCOMPARE(answerer.text(),
+             QStringLiteral("Images are being processed. Stop processing before you open or save a list."));
     QVERIFY(!QFileInfo::exists(m_fixture->path("lists/other.json")));
     m_window->onStopProcess();
     QVERIFY(fileAction("Open List…")->isEnabled());

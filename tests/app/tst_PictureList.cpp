@@ -34,9 +34,11 @@ private:
 PictureList TestPictureList::sample()
 {
     PictureList list;
-    list.pictures << PictureList::Picture{"/photos/a.jpg", framedState(FillMode::CenterCrop, 0.1, 0.9, 2.5, 90)}
+    list.pictures << PictureList::Picture{"/photos/a.jpg",
+                                          framedState(FillMode::CenterCrop, 0.1, 0.9, 2.5, 90)}
                   << PictureList::Picture{"/photos/b c/é.png", framedState(FillMode::Direct, 0.5, 0.5, 1.0)}
-                  << PictureList::Picture{"/photos/c.heic", framedState(FillMode::BlackFill, 0.3, 0.5, 1.25, 270)};
+                  << PictureList::Picture{"/photos/c.heic",
+                                          framedState(FillMode::BlackFill, 0.3, 0.5, 1.25, 270)};
     list.keyFile = "/keys/frame.json";
     list.panelType = "253";
     list.landscape = true;
@@ -54,7 +56,8 @@ void TestPictureList::writtenIsReadBack()
     QVERIFY2(read, qPrintable(error));
     QCOMPARE(read->pictures.size(), 3);
     for (int i = 0; i < 3; ++i) {
-        QCOMPARE(read->pictures.at(i).path, QDir::cleanPath(QFileInfo(written.pictures.at(i).path).absoluteFilePath()));
+        QCOMPARE(read->pictures.at(i).path,
+                 QDir::cleanPath(QFileInfo(written.pictures.at(i).path).absoluteFilePath()));
         QVERIFY(read->pictures.at(i).state == written.pictures.at(i).state);
     }
     QCOMPARE(read->keyFile, QFileInfo("/keys/frame.json").absoluteFilePath());
@@ -97,12 +100,14 @@ void TestPictureList::faultyFilesGiveAMessage_data()
                                      << "The list's settings are missing or invalid.";
     QTest::newRow("interval out of range") << edited("\"interval_minutes\": 1440", "\"interval_minutes\": 1")
                                            << "The list's settings are missing or invalid.";
-    QTest::newRow("zoom too large") << edited("\"zoom\": 2.5", "\"zoom\": 9") << "Picture 1 of the list is missing or invalid.";
+    QTest::newRow("zoom too large") << edited("\"zoom\": 2.5", "\"zoom\": 9")
+                                    << "Picture 1 of the list is missing or invalid.";
     QTest::newRow("odd rotation") << edited("\"rotation\": 270", "\"rotation\": 45")
                                   << "Picture 3 of the list is missing or invalid.";
     QTest::newRow("unknown fill") << edited("\"fill\": \"direct\"", "\"fill\": \"stretch\"")
                                   << "Picture 2 of the list is missing or invalid.";
-    QTest::newRow("no pictures") << edited("\"pictures\"", "\"picture\"") << "The list has no picture entries.";
+    QTest::newRow("no pictures") << edited("\"pictures\"", "\"picture\"")
+                                 << "The list has no picture entries.";
 }
 
 void TestPictureList::faultyFilesGiveAMessage()
@@ -133,7 +138,8 @@ void TestPictureList::savingIntoAReadOnlyFolderKeepsTheOldList()
         QSKIP("this machine cannot make a folder read-only");
     QString error;
     QVERIFY(!sample().save(path, &error));
-    QVERIFY2(error.startsWith("The picture list cannot be saved:\n" + QDir::toNativeSeparators(path)), qPrintable(error));
+    QVERIFY2(error.startsWith("The picture list cannot be saved:\n" + QDir::toNativeSeparators(path)),
+             qPrintable(error));
     QCOMPARE(TestFiles::read(path), QByteArray("the old list"));
     QCOMPARE(QDir(dir.filePath("lists")).entryList(QDir::Files), QStringList{"mine.json"});
 }

@@ -1,0 +1,231 @@
+// velora-pack as a user runs it: the same package as the window from the same pictures, key
+// and settings (byte for byte), its progress and summary, and its exit codes.
+#include "app/MainWindow.h"
+#include "app/PictureList.h"
+#include "images/ImageTableWidget.h"
+#include "preprocess/PreprocWidget.h"
+
+#include "FramedState.h"
+#include "ModalAnswerer.h"
+#include "PackageCheck.h"
+#include "TestFiles.h"
+#include "WindowProbe.h"
+#include "WindowTestCase.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDir>
+#include <QProcess>
+#include <QTest>
+
+namespace {
+
+struct Result {
+    int exitCode = -1;
+    QString out;
+    QString err;
+};
+
+// Every file of a package and its bytes.
+QMap<QString, QByteArray> packageBytes(const QString &packageDir)
+{
+    QMap<QString, QByteArray> files;
+    for (const QString &name : QDir(packageDir).entryList(QDir::Files))
+        files.insert(name, TestFiles::read(QDir(packageDir).filePath(name)));
+    return files;
+}
+
+} // namespace
+
+class TestVeloraPack : public WindowTestCase
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void helpAndVersion();
+    void samePackageAsTheWindowFromAList();
+    void samePackageAsTheWindowFromTheCommandLine();
+    void progressAndSummary();
+    void usageErrors_data();
+    void usageErrors();
+    void keyForAnotherPanel();
+    void noPictureMadeWritesNoPackage();
+    void noProcessorConfiguration();
+
+private:
+    Result pack(const QStringList &arguments, const QString &executable = QStringLiteral(VELORA_PACK),
+                const QString &workDir = QString()) const;
+    void runWindow();
+};
+
+Result TestVeloraPack::pack(const QStringList &arguments, const QString &executable,
+                            const QString &workDir) const
+{
+    QProcess process;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert("TMPDIR", m_fixture->path("tmp"));
+    process.setProcessEnvironment(environment);
+    process.setWorkingDirectory(workDir.isEmpty() ? m_fixture->workDir() : workDir);
+    process.start(executable, arguments);
+    Result result;
+    if (!process.waitForFinished(120000))
+        return result;
+    result.exitCode = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -2;
+    result.out = QString::fromUtf8(process.readAllStandardOutput());
+    result.err = QString::fromUtf8(process.readAllStandardError());
+    return result;
+}
+
+void TestVeloraPack::runWindow()
+{
+    ModalAnswerer completion(QMessageBox::Cancel);
+    runToTheEnd();
+    QCOMPARE(completion.titles(), QStringList{"Ready for Your TF Card"});
+}
+
+void TestVeloraPack::helpAndVersion()
+{
+    const Result help = pack({"--help"});
+    QCOMPARE(help.exitCode, 0);
+    QVERIFY(help.out.contains("[OPTIONS] PICTURE_OR_FOLDER…"));
+    for (const char *option :
+         {"--out <DIR>", "--key <KEY.json>", "--panel <PANEL>", "--landscape",
+          "--fill <blur|white|black|crop>", "--interval <MIN>", "--no-loop", "--list <LIST.json>"})
+        QVERIFY2(help.out.contains(option), option);
+    QVERIFY(help.out.contains("Exit codes:\n  0  the package was written\n"));
+    const Result version = pack({"--version"});
+    QCOMPARE(version.exitCode, 0);
+    QCOMPARE(version.out, QStringLiteral("velora-pack 1.0.3\n"));
+}
+
+void TestVeloraPack::samePackageAsTheWindowFromAList()
+{
+    addColours({Qt::red, Qt::blue, Qt::green});
+    const QString keyFile = key("frame.json", R"({"panel": "13.3", "device_id": "D-1", "uid": "U-9"})");
+    setKeyFile(keyFile);
+    m_window->preprocWidgetAt(0)->applyState(framedState(FillMode::CenterCrop, 0.1, 0.9, 2.0, 90));
+    m_window->preprocWidgetAt(1)->applyState(framedState(FillMode::Direct, 0.5, 0.5, 1.0));
+    m_window->preprocWidgetAt(2)->applyState(framedState(FillMode::WhiteFill, 0.3, 0.5, 1.5, 180));
+    comboStartingWith(*m_window, "Portrait (0)")->setCurrentIndex(1);
+    m_window->setPlaylistIntervalMinutes(240);
+    withText<QCheckBox>(*m_window, "Loop playback")->setChecked(false);
+    runWindow();
+    const QString list = m_fixture->path("lists/frame.json");
+    QDir().mkpath(QFileInfo(list).absolutePath());
+    QVERIFY(m_window->savePictureList(list));
+
+    const Result result = pack({"--list", list, "--out", m_fixture->path("cli")});
+    QVERIFY2(result.exitCode == 0, qPrintable(result.err));
+    const auto window = packageBytes(packageDir());
+    QCOMPARE(window.keys(),
+             (QStringList{"frame_000.bin", "frame_001.bin", "frame_002.bin", "playlist.json"}));
+    QVERIFY(window.value("playlist.json").contains("\"enabled\": true"));
+    QCOMPARE(packageBytes(m_fixture->path("cli/vl_play")), window);
+}
+
+void TestVeloraPack::samePackageAsTheWindowFromTheCommandLine()
+{
+    const QStringList pictures = addColours({Qt::yellow, Qt::red});
+    m_window->imageTable()->item(0, MainWindow::SelectColumn)->setCheckState(Qt::Checked);
+    m_window->imageTable()->item(1, MainWindow::SelectColumn)->setCheckState(Qt::Checked);
+    m_window->applyFillToCheckedRows(FillMode::BlackFill);
+    comboStartingWith(*m_window, "Portrait (0)")->setCurrentIndex(1);
+    m_window->setPlaylistIntervalMinutes(90);
+    runWindow();
+
+    const Result result = pack({"--out", m_fixture->path("cli"), "--fill", "black", "--landscape",
+                                "--interval", "90", QFileInfo(pictures.first()).absolutePath()});
+    QVERIFY2(result.exitCode == 0, qPrintable(result.err));
+    QCOMPARE(packageBytes(m_fixture->path("cli/vl_play")), packageBytes(packageDir()));
+    expectPackage({Qt::yellow, Qt::red});
+}
+
+void TestVeloraPack::progressAndSummary()
+{
+    const QStringList pictures = addColours({Qt::red, Qt::blue});
+    const QString broken = m_fixture->path("pictures-broken/broken.png");
+    QVERIFY(TestFiles::write(broken, "not a picture"));
+    const Result result = pack({"--out", m_fixture->path("cli"), pictures.at(0), broken, pictures.at(1)});
+    QCOMPARE(result.exitCode, 0);
+    QCOMPARE(result.out.split('\n', Qt::SkipEmptyParts),
+             (QStringList{"[1/3] " + QDir::toNativeSeparators(pictures.at(0)) + ": Done ✓",
+                          "[2/3] " + QDir::toNativeSeparators(broken) + ": Failed (3)",
+                          "[3/3] " + QDir::toNativeSeparators(pictures.at(1)) + ": Done ✓"}));
+    QVERIFY(result.err.startsWith("✅ All done! Success 2 / 3\n"));
+    QVERIFY(result.err.contains("(2 frames, interval=30 min)"));
+    QCOMPARE(PackageCheck::colours(m_fixture->path("cli/vl_play")), (QList<QColor>{Qt::red, Qt::blue}));
+}
+
+void TestVeloraPack::usageErrors_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<QString>("message");
+    QTest::newRow("no output") << QStringList{"."} << "Name the package's save location with --out.";
+    QTest::newRow("no pictures") << QStringList{"--out", "o"} << "There are no pictures to process.";
+    QTest::newRow("missing picture") << QStringList{"--out", "o", "/nonexistent.png"}
+                                     << "No such picture or folder: /nonexistent.png";
+    QTest::newRow("bad fill") << QStringList{"--out", "o", "--fill", "stretch", "."}
+                              << "Unknown fill mode: stretch (use blur, white, black or crop)";
+    QTest::newRow("bad interval") << QStringList{"--out", "o", "--interval", "2", "."}
+                                  << "The interval must be 3 to 50000 minutes: 2";
+    QTest::newRow("bad panel") << QStringList{"--out", "o", "--panel", "999", "."}
+                               << "Unknown frame model: 999";
+    QTest::newRow("unknown option") << QStringList{"--shiny"} << "Unknown option 'shiny'.";
+    QTest::newRow("broken list") << QStringList{"--list", "/nonexistent/list.json"}
+                                 << "The picture list cannot be opened:\n/nonexistent/list.json";
+}
+
+void TestVeloraPack::usageErrors()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(QString, message);
+    const Result result = pack(arguments);
+    QCOMPARE(result.exitCode, 2);
+    QVERIFY2(result.err.startsWith(message), qPrintable(result.err));
+    QVERIFY(result.err.endsWith("See --help for the usage.\n"));
+    QVERIFY(!QFileInfo::exists(m_fixture->path("cwd/o")));
+}
+
+void TestVeloraPack::keyForAnotherPanel()
+{
+    const QStringList pictures = addColours({Qt::red});
+    const QString keyFile = key("big.json", R"({"panel": "25.3"})");
+    const Result result =
+        pack({"--out", m_fixture->path("cli-key"), "--key", keyFile, "--panel", "133", pictures.first()});
+    QCOMPARE(result.exitCode, 4);
+    QVERIFY2(
+        result.err.startsWith("The device key file is for frame model 253, but frame model 133 is chosen"),
+        qPrintable(result.err));
+    const Result unreadable =
+        pack({"--out", m_fixture->path("cli-key"), "--key", key("bad.json", "[1]"), pictures.first()});
+    QCOMPARE(unreadable.exitCode, 4);
+    QVERIFY(!QFileInfo::exists(m_fixture->path("cli-key/vl_play")));
+}
+
+void TestVeloraPack::noPictureMadeWritesNoPackage()
+{
+    const QStringList pictures = addColours({Qt::red, Qt::blue});
+    qputenv("TARN_SIM_EXIT", "6");
+    const Result result = pack({"--out", m_fixture->path("cli-none"), pictures.at(0), pictures.at(1)});
+    qunsetenv("TARN_SIM_EXIT");
+    QCOMPARE(result.exitCode, 1);
+    QCOMPARE(result.out.count(": Failed (6)"), 2);
+    QVERIFY(result.err.startsWith("✅ All done! Success 0 / 2\n"));
+    QVERIFY(!QFileInfo::exists(m_fixture->path("cli-none/vl_play")));
+}
+
+void TestVeloraPack::noProcessorConfiguration()
+{
+    // A copy of velora-pack in a folder with no configuration near it, started from there.
+    const QString folder = m_fixture->path("lonely/a/b/bin");
+    QDir().mkpath(folder);
+    const QString copy = QDir(folder).filePath("velora-pack");
+    QVERIFY(QFile::copy(VELORA_PACK, copy));
+    const QStringList pictures = addColours({Qt::red});
+    const Result result = pack({"--out", m_fixture->path("cli"), pictures.first()}, copy, folder);
+    QCOMPARE(result.exitCode, 3);
+    QVERIFY2(result.err.contains("tarngui_lite.json"), qPrintable(result.err));
+}
+
+QTEST_MAIN(TestVeloraPack)
+#include "tst_VeloraPack.moc"
