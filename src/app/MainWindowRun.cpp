@@ -11,10 +11,10 @@
 
 #include <QAction>
 #include <QCheckBox>
-#include <QMenu>
 #include <QDir>
 #include <QFileInfo>
 #include <QLineEdit>
+#include <QMenu>
 #include <QMessageBox>
 #include <QPlainTextEdit>
 #include <QProgressBar>
