@@ -162,6 +162,9 @@ public:
     bool buildPlaylistRequest(PlaylistExportRequest *request, QString *message) const;
     // failure: for a silent export that did not write the package, the reason to show.
     bool runPlaylistExport(bool interactive, QString *failure = nullptr);
+    // The package in the save location, once one is there: its folder; else empty.
+    QString writtenPackageDir() const;
+    void updateCopyToCardButton();
 
     // Picture lists: the table, each row's state and the package settings in a file
     PictureList currentPictureList() const;
@@ -199,6 +202,7 @@ public Q_SLOTS:
     void onBrowseKeyFile();
     void onKeyHistoryChanged(int index);
     void onShowLog();
+    void onCopyToCard();
     void onOpenList();
     void onSaveList();
     void onSaveListAs();
@@ -346,6 +350,7 @@ private:
     QLabel *m_playlistHintLabel = nullptr;
     QProgressBar *m_progressBar = nullptr;
     QPushButton *m_openPlaylistButton = nullptr;
+    QPushButton *m_copyToCardButton = nullptr;
     QPushButton *m_createPlaylistButton = nullptr;
     QPushButton *m_startButton = nullptr;
     QPushButton *m_stopButton = nullptr;

@@ -124,6 +124,9 @@ void MainWindow::retranslateUi()
     if (m_stepPlayback)
         m_stepPlayback->setTitle(Str::stepCreatePlayback());
     setTextIf(m_keyFileLabel, Str::keyFileLabel());
+    setTextIf(m_copyToCardButton, Str::copyToCardMainButton());
+    if (m_copyToCardButton)
+        m_copyToCardButton->setToolTip(Str::copyToCardTip());
     setTextIf(m_importKeyButton, Str::importKeyButton());
     setTextIf(m_frameModelLabel, Str::frameModel());
     setTextIf(m_orientationLabel, Str::frameOrientation());

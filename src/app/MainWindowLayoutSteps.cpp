@@ -184,6 +184,8 @@ QGroupBox *MainWindow::createStepCreatePlayback()
     auto *buttons = new QHBoxLayout;
     buttons->setSpacing(8);
     m_openPlaylistButton = new QPushButton(Str::openPlaylist(), section);
+    m_copyToCardButton = new QPushButton(Str::copyToCardMainButton(), section);
+    m_copyToCardButton->setToolTip(Str::copyToCardTip());
     m_createPlaylistButton = new QPushButton(Str::createPlaylist(), section);
     m_createPlaylistButton->setToolTip(Str::createPlaylistTip());
     m_createPlaylistButton->hide(); // this edition writes the playlist at the end of each run
@@ -195,6 +197,7 @@ QGroupBox *MainWindow::createStepCreatePlayback()
     m_stopButton->setStyleSheet(AppTheme::stopButtonStyleSheet());
     m_stopButton->setEnabled(false);
     buttons->addWidget(m_openPlaylistButton);
+    buttons->addWidget(m_copyToCardButton);
     buttons->addWidget(m_createPlaylistButton);
     buttons->addStretch(1);
     buttons->addWidget(m_startButton);
@@ -203,8 +206,11 @@ QGroupBox *MainWindow::createStepCreatePlayback()
 
     connect(m_playlistDirBrowse, &QPushButton::clicked, this, &MainWindow::onBrowsePlaylistDir);
     connect(m_openPlaylistButton, &QPushButton::clicked, this, &MainWindow::openOutputOrPlaylistDir);
+    connect(m_copyToCardButton, &QPushButton::clicked, this, &MainWindow::onCopyToCard);
+    connect(m_playlistDirEdit, &QLineEdit::textChanged, this, &MainWindow::updateCopyToCardButton);
     connect(m_startButton, &QPushButton::clicked, this, &MainWindow::onStartProcess);
     connect(m_stopButton, &QPushButton::clicked, this, &MainWindow::onStopProcess);
     updatePlaylistUiState();
+    updateCopyToCardButton();
     return section;
 }

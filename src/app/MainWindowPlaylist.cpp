@@ -2,6 +2,7 @@
 #include "app/MainWindow.h"
 
 #include "images/ImageTableWidget.h"
+#include "playlist/CardCopyDialog.h"
 #include "playlist/PlaylistExporter.h"
 
 #include <QCheckBox>
@@ -214,6 +215,7 @@ bool MainWindow::runPlaylistExport(bool interactive, QString *failure)
         return false;
     }
     m_packageFrames = int(request.frameNames.size());
+    updateCopyToCardButton();
     appendLog(Str::playlistCreatedLog(shownFolder, int(request.frameNames.size()), request.intervalMinutes));
     if (interactive) {
         QMessageBox::information(
@@ -231,4 +233,31 @@ void MainWindow::onCreatePlaylist()
         return;
     }
     runPlaylistExport(true);
+}
+
+QString MainWindow::writtenPackageDir() const
+{
+    const QString parent = playlistParentDir();
+    const QString folder = parent.isEmpty() ? QString() : QDir(parent).filePath(kPackageFolder);
+    return !folder.isEmpty() && QFileInfo(QDir(folder).filePath(QStringLiteral("playlist.json"))).isFile()
+               ? folder
+               : QString();
+}
+
+void MainWindow::updateCopyToCardButton()
+{
+    if (m_copyToCardButton)
+        m_copyToCardButton->setEnabled(!m_processing && !writtenPackageDir().isEmpty());
+}
+
+void MainWindow::onCopyToCard()
+{
+    const QString package = writtenPackageDir();
+    if (m_processing || package.isEmpty()) {
+        QMessageBox::information(this, Str::copyToCardTitle(),
+                                 m_processing ? Str::cardBusy() : Str::noPackageToCopy());
+        return;
+    }
+    CardCopyDialog dialog(package, this);
+    dialog.exec();
 }

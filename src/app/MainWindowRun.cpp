@@ -5,6 +5,7 @@
 
 #include "images/ImageLoader.h"
 #include "images/ImageTableWidget.h"
+#include "playlist/Volumes.h"
 #include "run/ProcessorCommand.h"
 #include "run/RenderAheadQueue.h"
 #include "ui/AppBranding.h"
@@ -33,6 +34,7 @@ void MainWindow::setListEditingEnabled(bool enabled)
     }
     if (m_recentListsMenu)
         m_recentListsMenu->setEnabled(enabled);
+    updateCopyToCardButton();
 }
 
 void MainWindow::onStartProcess()
@@ -299,7 +301,13 @@ void MainWindow::showProcessingCompleteDialog()
     box.setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::LinksAccessibleByMouse |
                                 Qt::LinksAccessibleByKeyboard);
     QPushButton *open = box.addButton(Str::processingCompleteOkButton(), QMessageBox::AcceptRole);
+    // With a card in the computer, the box offers to copy the package onto it.
+    QPushButton *copy = Volumes::cards().isEmpty()
+                            ? nullptr
+                            : box.addButton(Str::copyToCardMainButton(), QMessageBox::ActionRole);
     box.exec();
     if (box.clickedButton() == open)
         openOutputOrPlaylistDir();
+    else if (copy && box.clickedButton() == copy)
+        onCopyToCard();
 }

@@ -359,6 +359,30 @@ QString listBusy();
 QString listSavedLog(const QString &path, int pictures);
 QString listOpenedLog(const QString &path, int pictures);
 
+// --- Copying the package onto a TF card ---
+QString copyToCardButton();
+QString copyToCardMainButton();
+QString copyToCardTip();
+QString copyToCardTitle();
+QString copyToCardIntro(const QString &packageDir, int files, const QString &size);
+QString refreshCards();
+QString close();
+QString noCardFound();
+QString cardVolumeItem(const QString &name, const QString &root, const QString &fileSystem,
+                       const QString &free, bool fits);
+QString cardFileSystemWarning(const QString &fileSystem);
+QString cardReplaceQuestion(const QString &target);
+QString cardCopying();
+QString cardVerifying();
+QString cardCopyDone(int files, const QString &size, const QString &target);
+QString cardCopyCancelled();
+QString cardCannotWrite(const QString &root);
+QString cardCopyFileFailed(const QString &name, const QString &reason);
+QString cardVerifyFailed(const QString &name);
+QString cardCannotReplace(const QString &target);
+QString noPackageToCopy();
+QString cardBusy();
+
 // --- velora-pack: the command-line packager ---
 QString packDescription();
 QString packPositional();

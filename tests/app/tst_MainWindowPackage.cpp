@@ -56,7 +56,11 @@ private:
     QStringList commandLines() const { return logLines(*m_window).filter(QStringLiteral("  $ TARN-lite")); }
 };
 
-void TestMainWindowPackage::cleanup() { FileWriter::simulateFreeSpace(-1); }
+void TestMainWindowPackage::cleanup()
+{
+    FileWriter::simulateFreeSpace(-1);
+    WindowTestCase::cleanup();
+}
 
 QPushButton *TestMainWindowPackage::reorderButton(int row, const QString &arrow) const
 {

@@ -66,6 +66,12 @@ void ModalAnswerer::poll()
         m_seen.append({box->windowTitle(), box->text(), box->icon(), buttons});
         if (m_beforeAnswer)
             m_beforeAnswer(m_seen.constLast());
+        for (QAbstractButton *button : box->buttons()) {
+            if (!m_buttonText.isEmpty() && button->text() == m_buttonText) {
+                button->click();
+                return;
+            }
+        }
         if (QAbstractButton *button = box->button(m_answer))
             button->click();
         else

@@ -44,6 +44,10 @@ public:
         m_beforeAnswer = std::move(beforeAnswer);
     }
 
+    // Answers a box that has a button of this text with that button instead (its own buttons,
+    // say), every other box as before.
+    void setButtonText(const QString &text) { m_buttonText = text; }
+
     // Answers a file dialog (as the other-dialog handler): goes to directory, types names
     // (a name, several quoted names, or nothing for a folder) and accepts. False for any
     // other dialog.
@@ -56,6 +60,7 @@ private:
     void poll();
 
     QMessageBox::StandardButton m_answer;
+    QString m_buttonText;
     std::function<void(QWidget *)> m_otherDialogHandler;
     std::function<void(const Seen &)> m_beforeAnswer;
     QTimer m_timer;

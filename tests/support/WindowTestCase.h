@@ -30,6 +30,10 @@ public:
 private Q_SLOTS:
     void initTestCase();
     void init();
+
+protected Q_SLOTS:
+    // A test case with a cleanup of its own calls this one at its end (QTest calls only the
+    // most derived).
     void cleanup();
 
 protected:

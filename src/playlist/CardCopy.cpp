@@ -1,0 +1,196 @@
+#include "playlist/CardCopy.h"
+
+#include "ui/AppStrings.h"
+
+#include <QCryptographicHash>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QRandomGenerator>
+#include <QThread>
+
+#include <functional>
+
+namespace {
+
+constexpr qint64 kChunkBytes = 1 << 20;
+const QString kPackageFolder = QStringLiteral("vl_play");
+
+QString randomSuffix() { return QString::number(QRandomGenerator::global()->generate(), 16); }
+
+// Copies one file in chunks, giving the source's SHA-256; empty on a fault or a cancel.
+QByteArray copyFile(const QString &from, const QString &to, const std::atomic_bool &cancel,
+                    const std::function<void(qint64)> &advanced, QString *error)
+{
+    QFile source(from);
+    QFile target(to);
+    if (!source.open(QIODevice::ReadOnly)) {
+        *error = source.errorString();
+        return {};
+    }
+    if (!target.open(QIODevice::WriteOnly)) {
+        *error = target.errorString();
+        return {};
+    }
+    QCryptographicHash hash(QCryptographicHash::Sha256);
+    while (!source.atEnd()) {
+        if (cancel)
+            return {};
+        const QByteArray chunk = source.read(kChunkBytes);
+        if (chunk.isEmpty() && source.error() != QFileDevice::NoError) {
+            *error = source.errorString();
+            return {};
+        }
+        if (target.write(chunk) != chunk.size()) {
+            *error = target.errorString();
+            return {};
+        }
+        hash.addData(chunk);
+        advanced(chunk.size());
+    }
+    if (!target.flush()) {
+        *error = target.errorString();
+        return {};
+    }
+    target.close();
+    if (target.error() != QFileDevice::NoError) {
+        *error = target.errorString();
+        return {};
+    }
+    return hash.result();
+}
+
+QByteArray hashOf(const QString &path, const std::atomic_bool &cancel,
+                  const std::function<void(qint64)> &advanced)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return {};
+    QCryptographicHash hash(QCryptographicHash::Sha256);
+    while (!file.atEnd()) {
+        if (cancel)
+            return {};
+        const QByteArray chunk = file.read(kChunkBytes);
+        if (chunk.isEmpty() && file.error() != QFileDevice::NoError)
+            return {};
+        hash.addData(chunk);
+        advanced(chunk.size());
+    }
+    return hash.result();
+}
+
+} // namespace
+
+CardCopy::CardCopy(QObject *parent)
+    : QObject(parent)
+{
+}
+
+CardCopy::~CardCopy()
+{
+    m_cancel = true;
+    if (m_worker)
+        m_worker->wait();
+}
+
+qint64 CardCopy::packageSize(const QString &packageDir, int *files)
+{
+    qint64 bytes = 0;
+    const QFileInfoList entries = QDir(packageDir).entryInfoList(QDir::Files);
+    for (const QFileInfo &entry : entries)
+        bytes += entry.size();
+    if (files)
+        *files = int(entries.size());
+    return bytes;
+}
+
+void CardCopy::start(const QString &packageDir, const QString &cardRoot)
+{
+    if (m_running)
+        return;
+    m_running = true;
+    m_cancel = false;
+    if (m_worker)
+        m_worker->wait(); // the last copy's thread has ended its work already
+    m_worker.reset(QThread::create([this, packageDir, cardRoot] {
+        const Result result =
+            copy(packageDir, cardRoot, m_cancel, [this](qint64 done, qint64 total, bool verifying) {
+                QMetaObject::invokeMethod(
+                    this, [this, done, total, verifying] { emit progress(done, total, verifying); },
+                    Qt::QueuedConnection);
+            });
+        QMetaObject::invokeMethod(
+            this,
+            [this, result] {
+                m_running = false;
+                emit finished(result);
+            },
+            Qt::QueuedConnection);
+    }));
+    m_worker->start();
+}
+
+CardCopy::Result CardCopy::copy(const QString &packageDir, const QString &cardRoot,
+                                const std::atomic_bool &cancel,
+                                const std::function<void(qint64, qint64, bool)> &progress)
+{
+    Result result;
+    const QDir card(cardRoot);
+    result.target = card.filePath(kPackageFolder);
+    const QFileInfoList files = QDir(packageDir).entryInfoList(QDir::Files, QDir::Name);
+    for (const QFileInfo &file : files)
+        result.bytes += file.size();
+    result.files = int(files.size());
+
+    const QString partial = card.filePath(QStringLiteral(".vl_play.partial-") + randomSuffix());
+    const auto fail = [&](const QString &reason) {
+        QDir(partial).removeRecursively();
+        result.cancelled = cancel;
+        if (!result.cancelled)
+            result.error = reason;
+        return result;
+    };
+    if (!card.mkdir(QFileInfo(partial).fileName()))
+        return fail(Str::cardCannotWrite(QDir::toNativeSeparators(cardRoot)));
+
+    // The copy, then the read-back: the bar goes through both.
+    const qint64 total = result.bytes * 2;
+    qint64 done = 0;
+    const auto advanced = [&](bool verifying) {
+        return [&, verifying](qint64 bytes) {
+            done += bytes;
+            progress(done, total, verifying);
+        };
+    };
+    QList<QByteArray> hashes;
+    for (const QFileInfo &file : files) {
+        QString error;
+        const QByteArray hash = copyFile(file.absoluteFilePath(), QDir(partial).filePath(file.fileName()),
+                                         cancel, advanced(false), &error);
+        if (hash.isEmpty())
+            return fail(Str::cardCopyFileFailed(file.fileName(), error));
+        hashes << hash;
+    }
+    for (int i = 0; i < files.size(); ++i) {
+        const QString copied = QDir(partial).filePath(files.at(i).fileName());
+        if (hashOf(copied, cancel, advanced(true)) != hashes.at(i))
+            return fail(Str::cardVerifyFailed(files.at(i).fileName()));
+    }
+    if (cancel)
+        return fail(QString());
+
+    // The swap: an old vl_play goes aside, the new one takes its name, the old one goes.
+    const QString aside = card.filePath(QStringLiteral(".vl_play.old-") + randomSuffix());
+    const bool hadOld = QFileInfo::exists(result.target);
+    if (hadOld && !QDir().rename(result.target, aside))
+        return fail(Str::cardCannotReplace(QDir::toNativeSeparators(result.target)));
+    if (!QDir().rename(partial, result.target)) {
+        if (hadOld)
+            QDir().rename(aside, result.target);
+        return fail(Str::cardCannotWrite(QDir::toNativeSeparators(cardRoot)));
+    }
+    if (hadOld)
+        QDir(aside).removeRecursively();
+    result.ok = true;
+    return result;
+}

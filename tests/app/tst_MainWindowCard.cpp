@@ -1,0 +1,249 @@
+// Copying the package onto a TF card from the window: the Step 3 button once a package
+// exists, the completion box's offer when a card is in, the choice of the card (too small,
+// not FAT32 or exFAT), replacing a vl_play on the card, and a copy verified or cancelled.
+// The cards are temporary folders given through the volume seam.
+#include "app/MainWindow.h"
+#include "playlist/CardCopy.h"
+#include "playlist/CardCopyDialog.h"
+#include "playlist/Volumes.h"
+
+#include "ModalAnswerer.h"
+#include "TestFiles.h"
+#include "WindowProbe.h"
+#include "WindowTestCase.h"
+
+#include <QDir>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPushButton>
+#include <QTest>
+#include <QTimer>
+
+namespace {
+
+QMap<QString, QByteArray> folderFiles(const QString &folder)
+{
+    QMap<QString, QByteArray> files;
+    for (const QString &name : QDir(folder).entryList(QDir::Files | QDir::Hidden))
+        files.insert(name, TestFiles::read(QDir(folder).filePath(name)));
+    return files;
+}
+
+QStringList cardEntries(const QString &card)
+{
+    return QDir(card).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
+}
+
+} // namespace
+
+class TestMainWindowCard : public WindowTestCase
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void cleanup()
+    {
+        Volumes::setOverride(std::nullopt);
+        WindowTestCase::cleanup();
+    }
+    void buttonFollowsThePackage();
+    void completionOffersTheCopyWhenACardIsIn();
+    void copyThroughTheDialog();
+    void cardsTooSmallOrNotFat();
+    void replacingAsksFirst();
+    void cancelLeavesNoPackageOfOurs();
+
+private:
+    QPushButton *copyButton() const
+    {
+        return withText<QPushButton>(*m_window, QStringLiteral("Copy to TF Card…"));
+    }
+    QString cardPath(const QString &name) const { return m_fixture->path("cards/" + name); }
+    // A card of that name, file system and free space, the only one the system reports.
+    QString insertCard(const QString &name, const QString &fileSystem = "vfat",
+                       qint64 free = qint64(8) << 30);
+    void makePackage();
+    // Opens the dialog from the Step 3 button and hands it to act while it is open; the boxes
+    // it opens are answered with answer and given back.
+    QList<ModalAnswerer::Seen> withDialog(const std::function<void(CardCopyDialog *, ModalAnswerer *)> &act,
+                                          QMessageBox::StandardButton answer = QMessageBox::Ok);
+};
+
+QString TestMainWindowCard::insertCard(const QString &name, const QString &fileSystem, qint64 free)
+{
+    QDir().mkpath(cardPath(name));
+    Volumes::setOverride(QList<Volume>{{cardPath(name), name, fileSystem, free}});
+    return cardPath(name);
+}
+
+void TestMainWindowCard::makePackage()
+{
+    addColours({Qt::red, Qt::blue});
+    ModalAnswerer completion(QMessageBox::Cancel);
+    runToTheEnd();
+    QCOMPARE(completion.titles(), QStringList{"Ready for Your TF Card"});
+}
+
+QList<ModalAnswerer::Seen>
+TestMainWindowCard::withDialog(const std::function<void(CardCopyDialog *, ModalAnswerer *)> &act,
+                               QMessageBox::StandardButton answer)
+{
+    bool acted = false;
+    ModalAnswerer *self = nullptr;
+    ModalAnswerer boxes(answer, [&](QWidget *widget) {
+        if (auto *dialog = qobject_cast<CardCopyDialog *>(widget); dialog && !acted) {
+            acted = true;
+            // Later, not inside the answerer's own call: the boxes the act opens are its to answer.
+            QTimer::singleShot(0, dialog, [&, dialog] { act(dialog, self); });
+        }
+    });
+    self = &boxes;
+    QTest::mouseClick(copyButton(), Qt::LeftButton);
+    if (!acted)
+        qWarning("the dialog was not opened");
+    return acted ? boxes.seen() : QList<ModalAnswerer::Seen>{};
+}
+
+void TestMainWindowCard::buttonFollowsThePackage()
+{
+    QVERIFY(copyButton());
+    QVERIFY(!copyButton()->isEnabled());
+    makePackage();
+    QVERIFY(copyButton()->isEnabled());
+    const QString package = packageDir();
+    saveLocation(*m_window)->setText(m_fixture->path("elsewhere"));
+    QVERIFY(!copyButton()->isEnabled());
+    saveLocation(*m_window)->setText(m_fixture->path("out"));
+    QVERIFY(copyButton()->isEnabled());
+    QVERIFY(QFileInfo(package).isDir());
+}
+
+void TestMainWindowCard::completionOffersTheCopyWhenACardIsIn()
+{
+    const QString card = insertCard("OFFERED");
+    addColours({Qt::red});
+    bool acted = false;
+    ModalAnswerer boxes(QMessageBox::Ok, [&](QWidget *widget) {
+        if (auto *dialog = qobject_cast<CardCopyDialog *>(widget); dialog && !acted) {
+            acted = true;
+            QTimer::singleShot(0, dialog,
+                               [dialog] { QTest::mouseClick(dialog->copyButton(), Qt::LeftButton); });
+        }
+    });
+    boxes.setButtonText("Copy to TF Card…");
+    runToTheEnd();
+    QTRY_VERIFY(QFileInfo(QDir(card).filePath("vl_play")).isDir());
+    QTRY_COMPARE(boxes.titles(), (QStringList{"Ready for Your TF Card", "Copy to TF Card"}));
+    QCOMPARE(boxes.seen().first().buttons, (QStringList{"OK and open the vl_play", "Copy to TF Card…"}));
+    QCOMPARE(folderFiles(QDir(card).filePath("vl_play")), folderFiles(packageDir()));
+}
+
+void TestMainWindowCard::copyThroughTheDialog()
+{
+    makePackage();
+    const QString card = insertCard("FRAME");
+    const QList<ModalAnswerer::Seen> boxes = withDialog([&](CardCopyDialog *dialog, ModalAnswerer *) {
+        QCOMPARE(dialog->windowTitle(), QStringLiteral("Copy to TF Card"));
+        QCOMPARE(dialog->volumeList()->count(), 1);
+        QCOMPARE(dialog->volumeList()->item(0)->text(),
+                 "FRAME (" + QDir::toNativeSeparators(card) + ") — vfat — 8.0 GiB free");
+        QVERIFY(dialog->warningLabel()->isHidden());
+        QTest::mouseClick(dialog->copyButton(), Qt::LeftButton);
+    });
+    QCOMPARE(boxes.size(), 1);
+    QCOMPARE(boxes.first().title, QStringLiteral("Copy to TF Card"));
+    QVERIFY2(boxes.first().text.startsWith("3 files ("), qPrintable(boxes.first().text));
+    QVERIFY(boxes.first().text.contains(" copied and verified:\n" +
+                                        QDir::toNativeSeparators(QDir(card).filePath("vl_play"))));
+    QCOMPARE(cardEntries(card), QStringList{"vl_play"});
+    QCOMPARE(folderFiles(QDir(card).filePath("vl_play")), folderFiles(packageDir()));
+}
+
+void TestMainWindowCard::cardsTooSmallOrNotFat()
+{
+    makePackage();
+    insertCard("TINY", "exfat", 1000);
+    withDialog([&](CardCopyDialog *dialog, ModalAnswerer *) {
+        QVERIFY(dialog->volumeList()->item(0)->text().endsWith(" — too small for the package"));
+        QVERIFY(!(dialog->volumeList()->item(0)->flags() & Qt::ItemIsEnabled));
+        QVERIFY(!dialog->copyButton()->isEnabled());
+        dialog->reject();
+    });
+
+    insertCard("DISK", "ntfs");
+    withDialog([&](CardCopyDialog *dialog, ModalAnswerer *) {
+        QVERIFY(dialog->copyButton()->isEnabled());
+        QVERIFY(!dialog->warningLabel()->isHidden());
+        QCOMPARE(
+            dialog->warningLabel()->text(),
+            QStringLiteral("⚠ This card's file system is ntfs. The frame reads only FAT32 or exFAT cards; "
+                           "format the card on your computer first."));
+        dialog->reject();
+    });
+
+    Volumes::setOverride(QList<Volume>{});
+    withDialog([&](CardCopyDialog *dialog, ModalAnswerer *) {
+        QCOMPARE(dialog->volumeList()->item(0)->text(),
+                 QStringLiteral("No writable TF card was found. Insert the card, then click Refresh."));
+        QVERIFY(!dialog->copyButton()->isEnabled());
+        dialog->reject();
+    });
+}
+
+void TestMainWindowCard::replacingAsksFirst()
+{
+    makePackage();
+    const QString card = insertCard("OLD");
+    const QString old = QDir(card).filePath("vl_play/frame_000.bin");
+    QVERIFY(TestFiles::write(old, "an older package"));
+    const QList<ModalAnswerer::Seen> no = withDialog(
+        [&](CardCopyDialog *dialog, ModalAnswerer *boxes) {
+            QTest::mouseClick(dialog->copyButton(), Qt::LeftButton);
+            QTRY_VERIFY(boxes->answered());
+            dialog->reject();
+        },
+        QMessageBox::No);
+    QCOMPARE(no.size(), 1);
+    QVERIFY(no.first().text.startsWith("The card already holds a vl_play folder:\n"));
+    QCOMPARE(TestFiles::read(old), QByteArray("an older package"));
+
+    const QList<ModalAnswerer::Seen> yes =
+        withDialog([&](CardCopyDialog *dialog,
+                       ModalAnswerer *) { QTest::mouseClick(dialog->copyButton(), Qt::LeftButton); },
+                   QMessageBox::Yes);
+    QCOMPARE(yes.size(), 2); // the question, then the result
+    QVERIFY(yes.last().text.contains(" copied and verified:\n"));
+    QCOMPARE(folderFiles(QDir(card).filePath("vl_play")), folderFiles(packageDir()));
+    QCOMPARE(cardEntries(card), QStringList{"vl_play"});
+}
+
+void TestMainWindowCard::cancelLeavesNoPackageOfOurs()
+{
+    makePackage();
+    // A large file in the package keeps the copy busy long enough to be cancelled.
+    QVERIFY(TestFiles::write(QDir(packageDir()).filePath("frame_999.bin"), QByteArray(300 << 20, 'x')));
+    const QString card = insertCard("CANCELLED");
+    withDialog([&](CardCopyDialog *dialog, ModalAnswerer *boxes) {
+        auto *copy = dialog->findChild<CardCopy *>();
+        QPushButton *cancel = nullptr;
+        connect(copy, &CardCopy::progress, dialog, [&] {
+            cancel = withText<QPushButton>(*dialog, QStringLiteral("Cancel"));
+            if (cancel && cancel->isEnabled())
+                cancel->click();
+        });
+        QTest::mouseClick(dialog->copyButton(), Qt::LeftButton);
+        QVERIFY(dialog->isCopying());
+        QTRY_VERIFY_WITH_TIMEOUT(!dialog->isCopying(), 30000);
+        QVERIFY(cancel);
+        QTRY_COMPARE(boxes->titles(), QStringList{"Copy to TF Card"});
+        QCOMPARE(boxes->text(),
+                 QStringLiteral("The copy was cancelled. Nothing of it was left on the card."));
+        QVERIFY(dialog->isVisible()); // the user may choose again
+        dialog->reject();
+    });
+    QCOMPARE(cardEntries(card), QStringList());
+}
+
+QTEST_MAIN(TestMainWindowCard)
+#include "tst_MainWindowCard.moc"
