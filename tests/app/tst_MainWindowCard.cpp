@@ -20,23 +20,6 @@
 #include <QTest>
 #include <QTimer>
 
-namespace {
-
-QMap<QString, QByteArray> folderFiles(const QString &folder)
-{
-    QMap<QString, QByteArray> files;
-    for (const QString &name : QDir(folder).entryList(QDir::Files | QDir::Hidden))
-        files.insert(name, TestFiles::read(QDir(folder).filePath(name)));
-    return files;
-}
-
-QStringList cardEntries(const QString &card)
-{
-    return QDir(card).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
-}
-
-} // namespace
-
 class TestMainWindowCard : public WindowTestCase
 {
     Q_OBJECT
@@ -136,7 +119,7 @@ void TestMainWindowCard::completionOffersTheCopyWhenACardIsIn()
     QTRY_VERIFY(QFileInfo(QDir(card).filePath("vl_play")).isDir());
     QTRY_COMPARE(boxes.titles(), (QStringList{"Ready for Your TF Card", "Copy to TF Card"}));
     QCOMPARE(boxes.seen().first().buttons, (QStringList{"OK and open the vl_play", "Copy to TF Card…"}));
-    QCOMPARE(folderFiles(QDir(card).filePath("vl_play")), folderFiles(packageDir()));
+    QCOMPARE(TestFiles::contents(QDir(card).filePath("vl_play")), TestFiles::contents(packageDir()));
 }
 
 void TestMainWindowCard::copyThroughTheDialog()
@@ -156,8 +139,8 @@ void TestMainWindowCard::copyThroughTheDialog()
     QVERIFY2(boxes.first().text.startsWith("3 files ("), qPrintable(boxes.first().text));
     QVERIFY(boxes.first().text.contains(" copied and verified:\n" +
                                         QDir::toNativeSeparators(QDir(card).filePath("vl_play"))));
-    QCOMPARE(cardEntries(card), QStringList{"vl_play"});
-    QCOMPARE(folderFiles(QDir(card).filePath("vl_play")), folderFiles(packageDir()));
+    QCOMPARE(TestFiles::entries(card), QStringList{"vl_play"});
+    QCOMPARE(TestFiles::contents(QDir(card).filePath("vl_play")), TestFiles::contents(packageDir()));
 }
 
 void TestMainWindowCard::cardsTooSmallOrNotFat()
@@ -214,8 +197,8 @@ void TestMainWindowCard::replacingAsksFirst()
                    QMessageBox::Yes);
     QCOMPARE(yes.size(), 2); // the question, then the result
     QVERIFY(yes.last().text.contains(" copied and verified:\n"));
-    QCOMPARE(folderFiles(QDir(card).filePath("vl_play")), folderFiles(packageDir()));
-    QCOMPARE(cardEntries(card), QStringList{"vl_play"});
+    QCOMPARE(TestFiles::contents(QDir(card).filePath("vl_play")), TestFiles::contents(packageDir()));
+    QCOMPARE(TestFiles::entries(card), QStringList{"vl_play"});
 }
 
 void TestMainWindowCard::cancelLeavesNoPackageOfOurs()
@@ -242,7 +225,7 @@ void TestMainWindowCard::cancelLeavesNoPackageOfOurs()
         QVERIFY(dialog->isVisible()); // the user may choose again
         dialog->reject();
     });
-    QCOMPARE(cardEntries(card), QStringList());
+    QCOMPARE(TestFiles::entries(card), QStringList());
 }
 
 QTEST_MAIN(TestMainWindowCard)

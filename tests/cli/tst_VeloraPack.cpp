@@ -26,15 +26,6 @@ struct Result {
     QString err;
 };
 
-// Every file of a package and its bytes.
-QMap<QString, QByteArray> packageBytes(const QString &packageDir)
-{
-    QMap<QString, QByteArray> files;
-    for (const QString &name : QDir(packageDir).entryList(QDir::Files))
-        files.insert(name, TestFiles::read(QDir(packageDir).filePath(name)));
-    return files;
-}
-
 } // namespace
 
 class TestVeloraPack : public WindowTestCase
@@ -116,11 +107,11 @@ void TestVeloraPack::samePackageAsTheWindowFromAList()
 
     const Result result = pack({"--list", list, "--out", m_fixture->path("cli")});
     QVERIFY2(result.exitCode == 0, qPrintable(result.err));
-    const auto window = packageBytes(packageDir());
+    const auto window = TestFiles::contents(packageDir());
     QCOMPARE(window.keys(),
              (QStringList{"frame_000.bin", "frame_001.bin", "frame_002.bin", "playlist.json"}));
     QVERIFY(window.value("playlist.json").contains("\"enabled\": true"));
-    QCOMPARE(packageBytes(m_fixture->path("cli/vl_play")), window);
+    QCOMPARE(TestFiles::contents(m_fixture->path("cli/vl_play")), window);
 }
 
 void TestVeloraPack::samePackageAsTheWindowFromTheCommandLine()
@@ -136,7 +127,7 @@ void TestVeloraPack::samePackageAsTheWindowFromTheCommandLine()
     const Result result = pack({"--out", m_fixture->path("cli"), "--fill", "black", "--landscape",
                                 "--interval", "90", QFileInfo(pictures.first()).absolutePath()});
     QVERIFY2(result.exitCode == 0, qPrintable(result.err));
-    QCOMPARE(packageBytes(m_fixture->path("cli/vl_play")), packageBytes(packageDir()));
+    QCOMPARE(TestFiles::contents(m_fixture->path("cli/vl_play")), TestFiles::contents(packageDir()));
     expectPackage({Qt::yellow, Qt::red});
 }
 

@@ -27,19 +27,6 @@ QByteArray randomBytes(int size)
     return bytes;
 }
 
-Files folderFiles(const QString &folder)
-{
-    Files files;
-    for (const QString &name : QDir(folder).entryList(QDir::Files | QDir::Hidden))
-        files.insert(name, TestFiles::read(QDir(folder).filePath(name)));
-    return files;
-}
-
-QStringList cardEntries(const QString &card)
-{
-    return QDir(card).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
-}
-
 } // namespace
 
 class TestCardCopy : public QObject
@@ -105,9 +92,9 @@ void TestCardCopy::copiesAndVerifies()
     QCOMPARE(result.bytes, qint64(2500000 + 1200000 + 14));
     QCOMPARE(result.target, QDir(card()).filePath("vl_play"));
     QCOMPARE(phases, (QList<bool>{false, true})); // every file copied, then every file read back
-    QCOMPARE(cardEntries(card()), QStringList{"vl_play"});
-    QCOMPARE(folderFiles(result.target), m_package);
-    QCOMPARE(folderFiles(package()), m_package); // the source is only read
+    QCOMPARE(TestFiles::entries(card()), QStringList{"vl_play"});
+    QCOMPARE(TestFiles::contents(result.target), m_package);
+    QCOMPARE(TestFiles::contents(package()), m_package); // the source is only read
 }
 
 void TestCardCopy::replacesAnOldPackageOnlyWhenWhole()
@@ -118,13 +105,13 @@ void TestCardCopy::replacesAnOldPackageOnlyWhenWhole()
     QList<QStringList> seen;
     const CardCopy::Result result = copy([&](qint64, qint64, bool) {
         // While the copy works, the old package is there as it was, and the copy is hidden.
-        if (folderFiles(old).size() != 2)
-            seen << cardEntries(card());
+        if (TestFiles::contents(old).size() != 2)
+            seen << TestFiles::entries(card());
     });
     QVERIFY(result.ok);
     QVERIFY(seen.isEmpty());
-    QCOMPARE(cardEntries(card()), QStringList{"vl_play"});
-    QCOMPARE(folderFiles(old), m_package);
+    QCOMPARE(TestFiles::entries(card()), QStringList{"vl_play"});
+    QCOMPARE(TestFiles::contents(old), m_package);
 }
 
 void TestCardCopy::cancelLeavesNothing_data()
@@ -153,10 +140,10 @@ void TestCardCopy::cancelLeavesNothing()
     QVERIFY(result.cancelled);
     QVERIFY(result.error.isEmpty());
     if (withOldPackage) {
-        QCOMPARE(cardEntries(card()), QStringList{"vl_play"});
-        QCOMPARE(folderFiles(QDir(card()).filePath("vl_play")), old);
+        QCOMPARE(TestFiles::entries(card()), QStringList{"vl_play"});
+        QCOMPARE(TestFiles::contents(QDir(card()).filePath("vl_play")), old);
     } else {
-        QCOMPARE(cardEntries(card()), QStringList());
+        QCOMPARE(TestFiles::entries(card()), QStringList());
     }
 }
 
@@ -167,7 +154,7 @@ void TestCardCopy::aFileThatReadsBackWrongIsRefused()
         if (verifying && !spoilt) {
             // The card lost a byte: spoil the hidden copy before it is read back.
             spoilt = true;
-            const QString partial = cardEntries(card()).value(0);
+            const QString partial = TestFiles::entries(card()).value(0);
             QVERIFY(partial.startsWith(".vl_play.partial-"));
             QFile frame(QDir(card()).filePath(partial + "/frame_001.bin"));
             QVERIFY(frame.open(QIODevice::ReadWrite));
@@ -180,7 +167,7 @@ void TestCardCopy::aFileThatReadsBackWrongIsRefused()
              QStringLiteral("Verification failed: frame_001.bin on the card differs from the package. "
                             "The card may be faulty or was removed.\n\nNothing of this copy was left "
                             "on the card; a vl_play already there was left as it was."));
-    QCOMPARE(cardEntries(card()), QStringList());
+    QCOMPARE(TestFiles::entries(card()), QStringList());
 }
 
 void TestCardCopy::readOnlyCard()
@@ -192,7 +179,7 @@ void TestCardCopy::readOnlyCard()
     QVERIFY(!result.ok && !result.cancelled);
     QCOMPARE(result.error, "The card cannot be written:\n" + QDir::toNativeSeparators(card()) +
                                "\n\nNothing of this copy was left on the card.");
-    QCOMPARE(cardEntries(card()), QStringList());
+    QCOMPARE(TestFiles::entries(card()), QStringList());
 }
 
 void TestCardCopy::fullCard()
@@ -205,8 +192,8 @@ void TestCardCopy::fullCard()
     const CardCopy::Result result = copy();
     QVERIFY(!result.ok && !result.cancelled);
     QVERIFY2(result.error.startsWith("Copying frame_001.bin failed: "), qPrintable(result.error));
-    QCOMPARE(cardEntries(card()), QStringList{"vl_play"});
-    QCOMPARE(folderFiles(QDir(card()).filePath("vl_play")), (Files{{"frame_000.bin", "old"}}));
+    QCOMPARE(TestFiles::entries(card()), QStringList{"vl_play"});
+    QCOMPARE(TestFiles::contents(QDir(card()).filePath("vl_play")), (Files{{"frame_000.bin", "old"}}));
 }
 
 void TestCardCopy::onAWorkerThread()
@@ -221,7 +208,7 @@ void TestCardCopy::onAWorkerThread()
     QVERIFY(progress.size() > 2);
     const auto result = finished.first().first().value<CardCopy::Result>();
     QVERIFY(result.ok);
-    QCOMPARE(folderFiles(QDir(card()).filePath("vl_play")), m_package);
+    QCOMPARE(TestFiles::contents(QDir(card()).filePath("vl_play")), m_package);
 }
 
 void TestCardCopy::destroyedDuringACopy()
@@ -231,8 +218,8 @@ void TestCardCopy::destroyedDuringACopy()
         CardCopy copy;
         copy.start(package(), card());
     } // cancels and waits: no thread outlives it
-    QVERIFY(!cardEntries(card()).contains("vl_play"));
-    QCOMPARE(cardEntries(card()).filter(".vl_play.partial-"), QStringList());
+    QVERIFY(!TestFiles::entries(card()).contains("vl_play"));
+    QCOMPARE(TestFiles::entries(card()).filter(".vl_play.partial-"), QStringList());
 }
 
 QTEST_GUILESS_MAIN(TestCardCopy)

@@ -17,6 +17,8 @@ bool write(const QString &path, const QByteArray &bytes);
 QByteArray read(const QString &path);
 // Every file directly in a folder (hidden ones too), by name, with its bytes.
 QMap<QString, QByteArray> contents(const QString &folder);
+// The names of everything directly in a folder, hidden ones too (files and folders).
+QStringList entries(const QString &folder);
 
 // Writes count small PNG pictures named <prefix>_0000.png, ... into folder; their paths.
 QStringList makePictures(const QString &folder, int count, const QString &prefix = QStringLiteral("pic"),
