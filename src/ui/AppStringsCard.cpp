@@ -33,7 +33,7 @@ QString cardVolumeItem(const QString &name, const QString &root, const QString &
 {
     const QString item =
         pick("%1（%2）— %3 — 可用 %4", "%1 (%2) — %3 — %4 free").arg(name, root, fileSystem, free);
-    return fits ? item : item + pick(" — 空间不足", " — too small for the package");
+    return fits ? item : item + pick(" — 空间不足", " — too small");
 }
 
 QString cardFileSystemWarning(const QString &fileSystem)

@@ -148,7 +148,7 @@ void TestMainWindowCard::cardsTooSmallOrNotFat()
     makePackage();
     insertCard("TINY", "exfat", 1000);
     withDialog([&](CardCopyDialog *dialog, ModalAnswerer *) {
-        QVERIFY(dialog->volumeList()->item(0)->text().endsWith(" — too small for the package"));
+        QVERIFY(dialog->volumeList()->item(0)->text().endsWith(" — too small"));
         QVERIFY(!(dialog->volumeList()->item(0)->flags() & Qt::ItemIsEnabled));
         QVERIFY(!dialog->copyButton()->isEnabled());
         dialog->reject();
