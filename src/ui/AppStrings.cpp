@@ -3,6 +3,7 @@
 #include "ui/AppStrings.h"
 
 #include "ui/UiLanguage.h"
+#include "ui/UserGuide.h"
 
 #include <QCoreApplication>
 
@@ -47,8 +48,10 @@ QString aboutTitle() { return pick("关于 ", "About ") + appDisplayName(); }
 
 QString offlineGuideLinkHtml()
 {
-    return pick("<a href=\"https://velora.example.com/offline-guide\">离线使用指南</a>",
-                "<a href=\"https://velora.example.com/offline-guide\">Offline guide</a>");
+    // The guide installed with the program, opened as a local file: it works offline, too.
+    return QStringLiteral("<a href=\"%1\">%2</a>")
+        .arg(UserGuide::url().toString(QUrl::FullyEncoded).toHtmlEscaped(),
+             userGuideLinkText().toHtmlEscaped());
 }
 
 QString aboutHtml()

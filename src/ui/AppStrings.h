@@ -384,6 +384,9 @@ QString noPackageToCopy();
 QString cardBusy();
 
 // --- velora-pack: the command-line packager ---
+QString launchDescription();
+QString launchPositional();
+QString userGuideLinkText();
 QString packDescription();
 QString packPositional();
 QString packOptionOut();

@@ -1,7 +1,22 @@
-// Texts of velora-pack, the command-line packager: its help, its refusals and its progress.
+// Texts of the command lines: the program's own (--help), and velora-pack's help, refusals and
+// progress.
 #include "ui/AppStrings.h"
 
 namespace Str {
+
+QString launchDescription()
+{
+    return pick("为 Velora 电子纸相框制作 TF 卡播放包。",
+                "Prepares the TF card playback package of a Velora e-paper photo frame.");
+}
+
+QString launchPositional()
+{
+    return pick("启动时添加的图片或文件夹（与拖放到窗口相同）。",
+                "Pictures or folders to add at start, as if dropped on the window.");
+}
+
+QString userGuideLinkText() { return pick("使用指南", "User guide"); }
 
 QString packDescription()
 {
