@@ -1,4 +1,6 @@
-// The entry of the lite edition: process identity, look and language, then the window.
+// The entry of the lite edition: the command line, process identity, look and language, then
+// the window.
+#include "app/LaunchOptions.h"
 #include "app/MainWindow.h"
 #include "images/ImageLoader.h"
 #include "ui/AppBranding.h"
@@ -7,10 +9,24 @@
 
 #include <QApplication>
 #include <QFont>
+#include <QTimer>
+
+#include <cstdio>
 
 #ifdef Q_OS_WIN
 #include <windows.h>
 #endif
+
+namespace {
+
+void setIdentity()
+{
+    QCoreApplication::setApplicationName(QStringLiteral("Velora Offline Tool"));
+    QCoreApplication::setOrganizationName(QStringLiteral("PLABRUB"));
+    QCoreApplication::setApplicationVersion(QStringLiteral(VELORA_VERSION));
+}
+
+} // namespace
 
 int main(int argc, char *argv[])
 {
@@ -21,11 +37,23 @@ int main(int argc, char *argv[])
     (void)SetConsoleCP(65001);
 #endif
 
+    // --help and --version are answered before any window system is needed.
+    {
+        QCoreApplication console(argc, argv);
+        setIdentity();
+        UiLanguage::set(UiLanguage::defaultForEdition());
+        const LaunchOptions options = LaunchOptions::parse(QCoreApplication::arguments());
+        if (options.action != LaunchOptions::Action::Run) {
+            const QString text = options.action == LaunchOptions::Action::Help ? LaunchOptions::helpText()
+                                                                               : LaunchOptions::versionText();
+            std::fputs(text.toUtf8().constData(), stdout);
+            return 0;
+        }
+    }
+
     QApplication app(argc, argv);
     UiLanguage::set(UiLanguage::defaultForEdition());
-    QApplication::setApplicationName(QStringLiteral("Velora Offline Tool"));
-    QApplication::setOrganizationName(QStringLiteral("PLABRUB"));
-    QApplication::setApplicationVersion(QStringLiteral("1.0.3"));
+    setIdentity();
     QApplication::setStyle(QStringLiteral("Fusion"));
     QApplication::setFont(QFont(QStringLiteral("Segoe UI"), 9));
     AppTheme::applyTo(&app);
@@ -34,5 +62,9 @@ int main(int argc, char *argv[])
 
     MainWindow window;
     window.show();
+    // Pictures and folders on the command line ("Open with") come in as a drop brings them.
+    const QStringList pictures = LaunchOptions::parse(QApplication::arguments()).pictures;
+    if (!pictures.isEmpty())
+        QTimer::singleShot(0, &window, [&window, pictures] { window.addImageFiles(pictures); });
     return app.exec();
 }
