@@ -13,8 +13,10 @@ BASE_PACKAGES=(
 )
 
 # Further packages the tests need (GUI tests run offscreen): MinGW and wine, to compile the
-# Windows-only code for Windows and run the WIC decoding core.
-TEST_PACKAGES=(g++-mingw-w64-x86-64-posix mingw-w64-x86-64-dev wine wine64)
+# Windows-only code for Windows and run the WIC decoding core; and what builds and checks the
+# Debian package (dpkg-shlibdeps and file for its dependencies, the validators, lintian).
+TEST_PACKAGES=(g++-mingw-w64-x86-64-posix mingw-w64-x86-64-dev wine wine64
+               dpkg-dev file desktop-file-utils appstream lintian)
 
 # Install what is missing among the given packages; silent when nothing is.
 ensure_packages() {

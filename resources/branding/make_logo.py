@@ -1,6 +1,7 @@
 #!/usr/bin/env python3
 """Draws resources/branding/logo.png: a green rounded square holding a white picture frame
-with a mountain and a sun, bold enough to read from 16 to 256 pixels.
+with a mountain and a sun, bold enough to read from 16 to 256 pixels; and the desktop icons
+icons/<N>x<N>.png in the hicolor sizes, each drawn at its own size from the same shapes.
 
 Pure Python (zlib only). Run it from anywhere: python3 make_logo.py
 """
@@ -9,8 +10,9 @@ import os
 import struct
 import zlib
 
-SIZE = 256
+SIZE = 256  # the drawing's own coordinates
 SAMPLES = 4  # supersampling per axis, for smooth edges
+ICON_SIZES = (16, 22, 24, 32, 48, 64, 128, 256)
 
 GREEN = (0x2B, 0x5E, 0x45)
 PALE = (0xD4, 0xE8, 0xDE)
@@ -55,39 +57,48 @@ def colour_at(x, y):
     return GREEN
 
 
-def render():
+def render(size=SIZE):
+    scale = SIZE / size
+    samples = SAMPLES if size >= 64 else 8  # small icons: finer sampling, softer edges
     rows = []
-    for py in range(SIZE):
+    for py in range(size):
         row = bytearray([0])  # PNG filter type 0
-        for px in range(SIZE):
+        for px in range(size):
             r = g = b = a = 0
-            for sy in range(SAMPLES):
-                for sx in range(SAMPLES):
-                    c = colour_at(px + (sx + 0.5) / SAMPLES, py + (sy + 0.5) / SAMPLES)
+            for sy in range(samples):
+                for sx in range(samples):
+                    c = colour_at((px + (sx + 0.5) / samples) * scale, (py + (sy + 0.5) / samples) * scale)
                     if c is not None:
                         r += c[0]
                         g += c[1]
                         b += c[2]
                         a += 1
             if a:
-                row += bytes((r // a, g // a, b // a, a * 255 // (SAMPLES * SAMPLES)))
+                row += bytes((r // a, g // a, b // a, a * 255 // (samples * samples)))
             else:
                 row += bytes((0, 0, 0, 0))
         rows.append(bytes(row))
     return b"".join(rows)
 
 
-def png(pixels):
+def png(pixels, size=SIZE):
     def chunk(kind, data):
         body = kind + data
         return struct.pack(">I", len(data)) + body + struct.pack(">I", zlib.crc32(body) & 0xFFFFFFFF)
-    header = struct.pack(">IIBBBBB", SIZE, SIZE, 8, 6, 0, 0, 0)
+    header = struct.pack(">IIBBBBB", size, size, 8, 6, 0, 0, 0)
     return (b"\x89PNG\r\n\x1a\n" + chunk(b"IHDR", header)
             + chunk(b"IDAT", zlib.compress(pixels, 9)) + chunk(b"IEND", b""))
 
 
 if __name__ == "__main__":
-    out = os.path.join(os.path.dirname(os.path.abspath(__file__)), "logo.png")
+    here = os.path.dirname(os.path.abspath(__file__))
+    out = os.path.join(here, "logo.png")
     with open(out, "wb") as f:
         f.write(png(render()))
     print("wrote", out)
+    os.makedirs(os.path.join(here, "icons"), exist_ok=True)
+    for size in ICON_SIZES:
+        out = os.path.join(here, "icons", "%dx%d.png" % (size, size))
+        with open(out, "wb") as f:
+            f.write(png(render(size), size))
+        print("wrote", out)
