@@ -4,7 +4,8 @@
 #   <prefix>/lib/velora-offline-tool/   the program, velora-pack, tarngui_lite.json, and
 #       demo-processor-stand-in/        the stand-in processor (tarn-sim) with its manifest
 #   <prefix>/bin/                       links to the program and velora-pack
-#   <prefix>/share/applications, metainfo, icons/hicolor/<N>x<N>/apps, doc/velora-offline-tool
+#   <prefix>/share/applications, metainfo, icons/hicolor/<N>x<N>/apps, doc/velora-offline-tool,
+#       man/man1
 #
 # On Windows everything of the program goes into the install folder itself.
 set(VELORA_PACKAGE_NAME "velora-offline-tool")
@@ -41,6 +42,11 @@ configure_file("${VELORA_PACKAGING_DIR}/${VELORA_APP_ID}.metainfo.xml"
 configure_file("${VELORA_PACKAGING_DIR}/changelog" "${VELORA_STAGING_DIR}/changelog" @ONLY)
 execute_process(COMMAND gzip -9 -n -c "${VELORA_STAGING_DIR}/changelog"
                 OUTPUT_FILE "${VELORA_STAGING_DIR}/changelog.gz")
+foreach(page VeloraOfflineTool velora-pack)
+    set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/docs/man/${page}.1")
+    execute_process(COMMAND gzip -9 -n -c "${PROJECT_SOURCE_DIR}/docs/man/${page}.1"
+                    OUTPUT_FILE "${VELORA_STAGING_DIR}/${page}.1.gz")
+endforeach()
 
 install(TARGETS VeloraOfflineTool velora-pack RUNTIME DESTINATION "${VELORA_APP_DIR}")
 install(TARGETS tarn-sim RUNTIME DESTINATION "${VELORA_APP_DIR}/${VELORA_DEMO_DIR}")
@@ -68,6 +74,8 @@ foreach(size 16 22 24 32 48 64 128 256)
             DESTINATION "share/icons/hicolor/${size}x${size}/apps" RENAME "${VELORA_APP_ID}.png")
 endforeach()
 install(FILES "${PROJECT_SOURCE_DIR}/docs/user-guide.html" DESTINATION "${VELORA_DOC_DIR}")
+install(FILES "${VELORA_STAGING_DIR}/VeloraOfflineTool.1.gz" "${VELORA_STAGING_DIR}/velora-pack.1.gz"
+        DESTINATION share/man/man1)
 install(FILES "${VELORA_PACKAGING_DIR}/copyright" "${VELORA_STAGING_DIR}/changelog.gz"
         DESTINATION "${VELORA_DOC_DIR}")
 

@@ -46,6 +46,8 @@ EXPECTED=(
     usr/share/doc/velora-offline-tool/user-guide.html
     usr/share/doc/velora-offline-tool/copyright
     usr/share/doc/velora-offline-tool/changelog.gz
+    usr/share/man/man1/VeloraOfflineTool.1.gz
+    usr/share/man/man1/velora-pack.1.gz
 )
 for size in 16 22 24 32 48 64 128 256; do
     EXPECTED+=("usr/share/icons/hicolor/${size}x${size}/apps/$APP_ID.png")
