@@ -25,11 +25,6 @@ class TestMainWindowCard : public WindowTestCase
     Q_OBJECT
 
 private Q_SLOTS:
-    void cleanup()
-    {
-        Volumes::setOverride(std::nullopt);
-        WindowTestCase::cleanup();
-    }
     void buttonFollowsThePackage();
     void completionOffersTheCopyWhenACardIsIn();
     void copyThroughTheDialog();

@@ -2,6 +2,7 @@
 
 #include "app/MainWindow.h"
 #include "images/ImageTableWidget.h"
+#include "playlist/Volumes.h"
 #include "ui/UiLanguage.h"
 
 #include "DialogSpy.h"
@@ -31,6 +32,8 @@ void WindowTestCase::initTestCase()
 
 void WindowTestCase::init()
 {
+    // No card in the computer, whatever this machine has mounted: a test that wants one says so.
+    Volumes::setOverride(QList<Volume>{});
     m_fixture->useProcessor(WindowFixture::demoProcessor(), WindowFixture::demoProcessorDir());
     for (const QString &leftover :
          {m_fixture->path("out"), m_fixture->path("tmp/tarngui_lite_bins"), MainWindow::tempPreprocDir()})

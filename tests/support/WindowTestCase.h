@@ -16,9 +16,9 @@ class QCheckBox;
 
 // The common ground of the test cases that drive a real MainWindow: a WindowFixture for the
 // whole process (the program fixes its temporary location at start), and for every test
-// function a fresh window, shown, with the built stand-in processor configured and a save
-// location set; afterwards the processor faults are switched off again and no settings
-// file is left behind.
+// function a fresh window, shown, with the built stand-in processor configured, a save
+// location set and no TF card in the computer (the volume seam reports none); afterwards the
+// processor faults are switched off again and no settings file is left behind.
 class WindowTestCase : public QObject
 {
     Q_OBJECT
