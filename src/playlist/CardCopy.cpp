@@ -1,5 +1,6 @@
 #include "playlist/CardCopy.h"
 
+#include "playlist/PackageWriter.h"
 #include "ui/AppStrings.h"
 
 #include <QCryptographicHash>
@@ -150,6 +151,12 @@ CardCopy::Result CardCopy::copy(const QString &packageDir, const QString &cardRo
             result.error = reason;
         return result;
     };
+    // A vl_play on the card that holds anything but a package (the user's own files) or is not a
+    // folder is never replaced, as in the save location.
+    if (const QString problem = PackageWriter::checkReplaceable(result.target); !problem.isEmpty()) {
+        result.error = problem;
+        return result;
+    }
     if (!card.mkdir(QFileInfo(partial).fileName()))
         return fail(Str::cardCannotWrite(QDir::toNativeSeparators(cardRoot)));
 

@@ -14,7 +14,8 @@ class QThread;
 // the source by SHA-256, and only then is that folder renamed to vl_play (a vl_play already
 // there is put aside first and removed at the end, or put back when the rename fails). So a
 // card pulled out, a Cancel or any fault leaves either the old vl_play or none of ours, never
-// a half package under the real name, and nothing else of ours on the card. progress() and
+// a half package under the real name, and nothing else of ours on the card. A vl_play on the
+// card that holds files that are not a package's is never touched. progress() and
 // finished() arrive on the owner's thread; the destructor cancels and waits for the worker.
 class CardCopy : public QObject
 {

@@ -1,6 +1,7 @@
 #include "playlist/CardCopyDialog.h"
 
 #include "playlist/CardCopy.h"
+#include "playlist/PackageWriter.h"
 #include "playlist/Volumes.h"
 #include "ui/AppBranding.h"
 #include "ui/AppStrings.h"
@@ -146,6 +147,10 @@ void CardCopyDialog::onCopy()
         return;
     const QString root = item->data(kRootRole).toString();
     const QString target = QDir(root).filePath(QStringLiteral("vl_play"));
+    if (const QString problem = PackageWriter::checkReplaceable(target); !problem.isEmpty()) {
+        QMessageBox::warning(this, Str::copyToCardTitle(), problem); // a folder of the user's
+        return;
+    }
     if (QFileInfo::exists(target) &&
         QMessageBox::question(this, Str::copyToCardTitle(),
                               Str::cardReplaceQuestion(QDir::toNativeSeparators(target)),

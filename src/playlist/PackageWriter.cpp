@@ -48,15 +48,9 @@ QStringList foreignEntries(const QString &targetDir)
 
 QString targetProblem(const QString &targetDir)
 {
-    const QFileInfo target(targetDir);
-    if (target.exists() && (!target.isDir() || target.isSymLink()))
-        return Str::packageNotAFolder(native(targetDir));
-    if (target.isDir()) {
-        const QStringList foreign = foreignEntries(targetDir);
-        if (!foreign.isEmpty())
-            return Str::packageHoldsForeignFiles(native(targetDir), foreign);
-    }
-    const QString parent = target.absolutePath();
+    if (const QString problem = PackageWriter::checkReplaceable(targetDir); !problem.isEmpty())
+        return problem;
+    const QString parent = QFileInfo(targetDir).absolutePath();
     if (!QDir().mkpath(parent))
         return Str::saveLocationNotWritable(native(parent), whyNotWritable(targetDir));
     return QString();
@@ -81,6 +75,19 @@ bool isPackageFile(const QString &fileName)
                                        QStringLiteral(".DS_Store")};
     return fileName == QLatin1String("playlist.json") || frame.match(fileName).hasMatch() ||
            litter.contains(fileName) || fileName.startsWith(QLatin1String("._"));
+}
+
+QString checkReplaceable(const QString &targetDir)
+{
+    const QFileInfo target(targetDir);
+    if (target.exists() && (!target.isDir() || target.isSymLink()))
+        return Str::packageNotAFolder(native(targetDir));
+    if (target.isDir()) {
+        const QStringList foreign = foreignEntries(targetDir);
+        if (!foreign.isEmpty())
+            return Str::packageHoldsForeignFiles(native(targetDir), foreign);
+    }
+    return QString();
 }
 
 QString checkTarget(const QString &targetDir)

@@ -20,6 +20,10 @@ struct Frame {
 
 QString write(const QString &targetDir, const QList<Frame> &frames, const QByteArray &playlistJson);
 
+// What replacing a package folder must refuse: a target that is not a folder, or one that holds
+// files that are not a package's. Empty when it may be replaced, or does not exist.
+QString checkReplaceable(const QString &targetDir);
+
 // What write() would refuse before anything is copied: a target that is not a folder, one that
 // holds files that are not a package's, a save location that cannot be created or written to.
 // Leaves nothing behind but the parent folders it created.

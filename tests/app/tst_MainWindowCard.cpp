@@ -186,6 +186,20 @@ void TestMainWindowCard::replacingAsksFirst()
     QVERIFY(no.first().text.startsWith("The card already holds a vl_play folder:\n"));
     QCOMPARE(TestFiles::read(old), QByteArray("an older package"));
 
+    // A vl_play that holds files of the user's is refused before anything is asked.
+    const QString theirs = QDir(card).filePath("vl_play/notes.txt");
+    QVERIFY(TestFiles::write(theirs, "mine"));
+    const QList<ModalAnswerer::Seen> refused = withDialog([&](CardCopyDialog *dialog, ModalAnswerer *boxes) {
+        QTest::mouseClick(dialog->copyButton(), Qt::LeftButton);
+        QTRY_VERIFY(boxes->answered());
+        dialog->reject();
+    });
+    QCOMPARE(refused.size(), 1);
+    QVERIFY(
+        refused.first().text.contains(" holds files that are not part of a playback package:\nnotes.txt"));
+    QCOMPARE(TestFiles::read(theirs), QByteArray("mine"));
+    QVERIFY(QFile::remove(theirs));
+
     const QList<ModalAnswerer::Seen> yes =
         withDialog([&](CardCopyDialog *dialog,
                        ModalAnswerer *) { QTest::mouseClick(dialog->copyButton(), Qt::LeftButton); },

@@ -41,6 +41,7 @@ private Q_SLOTS:
     void cancelLeavesNothing_data();
     void cancelLeavesNothing();
     void aFileThatReadsBackWrongIsRefused();
+    void aFolderOfTheUsersIsNeverTouched();
     void readOnlyCard();
     void fullCard();
     void onAWorkerThread();
@@ -168,6 +169,21 @@ void TestCardCopy::aFileThatReadsBackWrongIsRefused()
                             "The card may be faulty or was removed.\n\nNothing of this copy was left "
                             "on the card; a vl_play already there was left as it was."));
     QCOMPARE(TestFiles::entries(card()), QStringList());
+}
+
+void TestCardCopy::aFolderOfTheUsersIsNeverTouched()
+{
+    const QString theirs = QDir(card()).filePath("vl_play");
+    QVERIFY(TestFiles::write(QDir(theirs).filePath("holiday.jpg"), "a picture of theirs"));
+    QVERIFY(TestFiles::write(QDir(theirs).filePath("frame_000.bin"), "an old frame"));
+    const CardCopy::Result result = copy();
+    QVERIFY(!result.ok && !result.cancelled);
+    QCOMPARE(result.error, "The folder " + QDir::toNativeSeparators(theirs) +
+                               " holds files that are not part of a playback package:\nholiday.jpg\n\n"
+                               "Move them elsewhere, then try again. Nothing was changed.");
+    QCOMPARE(TestFiles::entries(card()), QStringList{"vl_play"});
+    QCOMPARE(TestFiles::contents(theirs),
+             (Files{{"frame_000.bin", "an old frame"}, {"holiday.jpg", "a picture of theirs"}}));
 }
 
 void TestCardCopy::readOnlyCard()
