@@ -213,8 +213,11 @@ void TestMainWindowCard::replacingAsksFirst()
 void TestMainWindowCard::cancelLeavesNoPackageOfOurs()
 {
     makePackage();
-    // A large file in the package keeps the copy busy long enough to be cancelled.
-    QVERIFY(TestFiles::write(QDir(packageDir()).filePath("frame_999.bin"), QByteArray(300 << 20, 'x')));
+    // A large file in the package keeps the copy busy long enough to be cancelled (sparse: it
+    // takes no room here, and only what is copied before the Cancel takes room on the "card").
+    QFile large(QDir(packageDir()).filePath("frame_999.bin"));
+    QVERIFY(large.open(QIODevice::WriteOnly) && large.resize(qint64(300) << 20));
+    large.close();
     const QString card = insertCard("CANCELLED");
     withDialog([&](CardCopyDialog *dialog, ModalAnswerer *boxes) {
         auto *copy = dialog->findChild<CardCopy *>();
