@@ -6,6 +6,7 @@
 #include "preprocess/PreprocWidget.h"
 
 #include "FramedState.h"
+#include "HeicWriter.h"
 #include "ModalAnswerer.h"
 #include "PackageCheck.h"
 #include "TestFiles.h"
@@ -36,6 +37,7 @@ private Q_SLOTS:
     void helpAndVersion();
     void samePackageAsTheWindowFromAList();
     void samePackageAsTheWindowFromTheCommandLine();
+    void heicPicturesAreConvertedAsTheWindowDoes();
     void progressAndSummary();
     void usageErrors_data();
     void usageErrors();
@@ -44,17 +46,18 @@ private Q_SLOTS:
     void noProcessorConfiguration();
 
 private:
+    // Runs velora-pack with the fixture's temporary folder (or tempDir) as its own.
     Result pack(const QStringList &arguments, const QString &executable = QStringLiteral(VELORA_PACK),
-                const QString &workDir = QString()) const;
+                const QString &workDir = QString(), const QString &tempDir = QString()) const;
     void runWindow();
 };
 
-Result TestVeloraPack::pack(const QStringList &arguments, const QString &executable,
-                            const QString &workDir) const
+Result TestVeloraPack::pack(const QStringList &arguments, const QString &executable, const QString &workDir,
+                            const QString &tempDir) const
 {
     QProcess process;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert("TMPDIR", m_fixture->path("tmp"));
+    environment.insert("TMPDIR", tempDir.isEmpty() ? m_fixture->path("tmp") : tempDir);
     process.setProcessEnvironment(environment);
     process.setWorkingDirectory(workDir.isEmpty() ? m_fixture->workDir() : workDir);
     process.start(executable, arguments);
@@ -129,6 +132,28 @@ void TestVeloraPack::samePackageAsTheWindowFromTheCommandLine()
     QVERIFY2(result.exitCode == 0, qPrintable(result.err));
     QCOMPARE(TestFiles::contents(m_fixture->path("cli/vl_play")), TestFiles::contents(packageDir()));
     expectPackage({Qt::yellow, Qt::red});
+}
+
+void TestVeloraPack::heicPicturesAreConvertedAsTheWindowDoes()
+{
+    const QString folder = m_fixture->path("heic-pictures");
+    QVERIFY(QDir().mkpath(folder));
+    QVERIFY(
+        HeicWriter::write(QDir(folder).filePath("a_phone.heic"), TestFiles::solidImage(400, 300, Qt::blue)));
+    QVERIFY(TestFiles::solidImage(300, 400, Qt::green).save(QDir(folder).filePath("b_camera.png")));
+    // velora-pack first, with a temporary folder of its own: it converts the HEIC itself.
+    const QString ownTemp = m_fixture->path("tmp-cli");
+    QDir().mkpath(ownTemp);
+    const Result result =
+        pack({"--out", m_fixture->path("cli-heic"), folder}, VELORA_PACK, QString(), ownTemp);
+    QVERIFY2(result.exitCode == 0, qPrintable(result.err));
+    QVERIFY(!TestFiles::entries(ownTemp + "/tarngui_heic_cache").isEmpty());
+
+    m_window->addImageFiles({folder});
+    QCOMPARE(m_window->imageTable()->rowCount(), 2);
+    runWindow();
+    QCOMPARE(TestFiles::contents(m_fixture->path("cli-heic/vl_play")), TestFiles::contents(packageDir()));
+    expectPackage({Qt::blue, Qt::green});
 }
 
 void TestVeloraPack::progressAndSummary()

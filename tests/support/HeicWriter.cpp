@@ -1,6 +1,7 @@
 #include "HeicWriter.h"
 
 #include <QFile>
+#include <QFileInfo>
 
 #include <libheif/heif.h>
 
@@ -56,8 +57,11 @@ bool encode(const QString &path, const QImage &source, int exifOrientation, bool
         }
         if (handle)
             heif_image_handle_release(handle);
+        // libheif reports success even when the file cannot be made (a missing folder): the
+        // file itself says whether it was written.
         ok = ok &&
-             heif_context_write_to_file(context, QFile::encodeName(path).constData()).code == heif_error_Ok;
+             heif_context_write_to_file(context, QFile::encodeName(path).constData()).code == heif_error_Ok &&
+             QFileInfo(path).size() > 0;
     }
     if (options)
         heif_encoding_options_free(options);
