@@ -11,7 +11,6 @@
 #include <QCheckBox>
 #include <QCoreApplication>
 #include <QDir>
-#include <QDirIterator>
 #include <QEventLoop>
 #include <QFileDialog>
 #include <QFileInfo>
@@ -69,9 +68,6 @@ void MainWindow::onAddFolder()
 bool MainWindow::collectPendingImages(const QStringList &paths, QProgressDialog *progress,
                                       QList<PendingImage> *pending)
 {
-    QStringList nameFilters;
-    for (const QString &extension : ImageLoader::supportedExtensions())
-        nameFilters << QStringLiteral("*.") + extension;
     pending->reserve(paths.size() * 8);
     const bool recursive = m_includeSubfoldersCheck && m_includeSubfoldersCheck->isChecked();
     for (const QString &input : paths) {
@@ -88,24 +84,18 @@ bool MainWindow::collectPendingImages(const QStringList &paths, QProgressDialog 
         progress->setValue(0);
         progress->setLabelText(Str::importScanLabel(QDir::toNativeSeparators(folder), 0));
         progress->show();
-        QDirIterator it(folder, nameFilters, QDir::Files,
-                        recursive ? QDirIterator::Subdirectories | QDirIterator::FollowSymlinks
-                                  : QDirIterator::NoIteratorFlags);
-        QStringList found;
-        while (it.hasNext()) {
-            if (progress->wasCanceled())
-                return false; // a cancelled scan adds nothing of this call
-            found << it.next();
-            if (found.size() % 100 == 0) {
-                progress->setLabelText(
-                    Str::importScanLabel(QDir::toNativeSeparators(folder), int(found.size())));
-                QCoreApplication::processEvents();
-            }
-        }
-        std::sort(found.begin(), found.end(),
-                  [](const QString &a, const QString &b) { return a.compare(b, Qt::CaseInsensitive) < 0; });
-        pending->reserve(pending->size() + found.size());
-        for (const QString &file : std::as_const(found))
+        // A cancelled scan adds nothing of this call.
+        if (progress->wasCanceled())
+            return false;
+        const std::optional<QStringList> found = ImageLoader::findPictures(folder, recursive, [&](int count) {
+            progress->setLabelText(Str::importScanLabel(QDir::toNativeSeparators(folder), count));
+            QCoreApplication::processEvents();
+            return !progress->wasCanceled();
+        });
+        if (!found)
+            return false;
+        pending->reserve(pending->size() + found->size());
+        for (const QString &file : *found)
             pending->append({file, folder});
     }
     return true;

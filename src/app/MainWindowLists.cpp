@@ -49,8 +49,9 @@ void MainWindow::setupFileMenu()
     connect(m_actionOpenList, &QAction::triggered, this, &MainWindow::onOpenList);
     connect(m_actionSaveList, &QAction::triggered, this, &MainWindow::onSaveList);
     connect(m_actionSaveListAs, &QAction::triggered, this, &MainWindow::onSaveListAs);
+    // Rebuilt whenever it opens (and when the language changes): never from one of its own
+    // actions, which a rebuild would delete while they run.
     connect(m_recentListsMenu, &QMenu::aboutToShow, this, &MainWindow::rebuildRecentListsMenu);
-    rebuildRecentListsMenu();
 }
 
 QStringList MainWindow::recentLists() const { return appSettings()->value(kRecentListsKey).toStringList(); }
@@ -62,7 +63,6 @@ void MainWindow::rememberRecentList(const QString &path, bool keep)
     if (keep)
         lists.prepend(listKey(path));
     appSettings()->setValue(kRecentListsKey, lists.mid(0, kRecentListLimit));
-    rebuildRecentListsMenu();
 }
 
 void MainWindow::rebuildRecentListsMenu()
@@ -84,10 +84,8 @@ void MainWindow::rebuildRecentListsMenu()
         return;
     }
     m_recentListsMenu->addSeparator();
-    connect(m_recentListsMenu->addAction(Str::clearRecentLists()), &QAction::triggered, this, [this] {
-        appSettings()->remove(kRecentListsKey);
-        rebuildRecentListsMenu();
-    });
+    connect(m_recentListsMenu->addAction(Str::clearRecentLists()), &QAction::triggered, this,
+            [] { appSettings()->remove(kRecentListsKey); });
 }
 
 PictureList MainWindow::currentPictureList() const

@@ -6,7 +6,6 @@
 
 #include <QCommandLineParser>
 #include <QDir>
-#include <QDirIterator>
 #include <QFileInfo>
 #include <QSet>
 
@@ -27,23 +26,6 @@ QList<QCommandLineOption> optionList()
         {QStringLiteral("help"), Str::packOptionHelp()},
         {QStringLiteral("version"), Str::packOptionVersion()},
     };
-}
-
-// A folder's pictures as the window adds them: every supported file below it, sorted by
-// path without regard to case.
-QStringList picturesIn(const QString &folder)
-{
-    QStringList nameFilters;
-    for (const QString &extension : ImageLoader::supportedExtensions())
-        nameFilters << QStringLiteral("*.") + extension;
-    QDirIterator it(folder, nameFilters, QDir::Files,
-                    QDirIterator::Subdirectories | QDirIterator::FollowSymlinks);
-    QStringList found;
-    while (it.hasNext())
-        found << it.next();
-    std::sort(found.begin(), found.end(),
-              [](const QString &a, const QString &b) { return a.compare(b, Qt::CaseInsensitive) < 0; });
-    return found;
 }
 
 } // namespace
@@ -107,7 +89,9 @@ std::optional<PackOptions> PackOptions::parse(const QStringList &arguments, QStr
         const QFileInfo info(argument);
         if (!info.exists())
             return fail(Str::packPictureMissing(QDir::toNativeSeparators(argument)));
-        const QStringList files = info.isDir() ? picturesIn(info.absoluteFilePath()) : QStringList{argument};
+        // A folder's pictures as the window adds them (its subfolders included).
+        const QStringList files =
+            info.isDir() ? *ImageLoader::findPictures(info.absoluteFilePath(), true) : QStringList{argument};
         for (const QString &file : files)
             addPicture({file, defaultState});
     }

@@ -5,12 +5,14 @@
 #include <QCryptographicHash>
 #include <QDateTime>
 #include <QDir>
+#include <QDirIterator>
 #include <QFile>
 #include <QFileInfo>
 #include <QImageReader>
 #include <QSaveFile>
 #include <QStandardPaths>
 
+#include <algorithm>
 #include <atomic>
 
 #if defined(__GLIBC__)
@@ -48,6 +50,26 @@ void releaseFreedMemory()
 void applyAllocationLimit() { QImageReader::setAllocationLimit(kAllocationLimitMB); }
 
 QStringList supportedExtensions() { return kSupportedExtensions; }
+
+std::optional<QStringList> findPictures(const QString &folder, bool recursive,
+                                        const std::function<bool(int)> &keepGoing)
+{
+    QStringList nameFilters;
+    for (const QString &extension : kSupportedExtensions)
+        nameFilters << QStringLiteral("*.") + extension;
+    QDirIterator it(folder, nameFilters, QDir::Files,
+                    recursive ? QDirIterator::Subdirectories | QDirIterator::FollowSymlinks
+                              : QDirIterator::NoIteratorFlags);
+    QStringList found;
+    while (it.hasNext()) {
+        found << it.next();
+        if (keepGoing && found.size() % 100 == 0 && !keepGoing(int(found.size())))
+            return std::nullopt;
+    }
+    std::sort(found.begin(), found.end(),
+              [](const QString &a, const QString &b) { return a.compare(b, Qt::CaseInsensitive) < 0; });
+    return found;
+}
 
 bool isHeicPath(const QString &path) { return kHeicExtensions.contains(QFileInfo(path).suffix().toLower()); }
 

@@ -4,6 +4,9 @@
 #include <QString>
 #include <QStringList>
 
+#include <functional>
+#include <optional>
+
 // Every picture the tool reads comes through here: the accepted file types, decoding (HEIC
 // and HEIF through the platform's decoder when Qt has none), and the conversion of HEIC/HEIF
 // files into cached JPEGs for the processor. Failures give a null image or an empty path;
@@ -17,6 +20,12 @@ void applyAllocationLimit();
 
 QStringList supportedExtensions();
 bool isHeicPath(const QString &path);
+
+// The supported pictures in a folder (and below it when recursive), sorted by path without
+// regard to case: the order in which an adding lists them. keepGoing, when given, is asked
+// after every 100 pictures found, with their count; false stops the search and gives nothing.
+std::optional<QStringList> findPictures(const QString &folder, bool recursive,
+                                        const std::function<bool(int found)> &keepGoing = {});
 
 // maxSide <= 0: full size; otherwise the reader itself decodes at the size that fits a
 // maxSide x maxSide box (aspect kept). EXIF orientation is applied to Qt-read files.

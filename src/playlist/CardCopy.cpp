@@ -19,65 +19,53 @@ const QString kPackageFolder = QStringLiteral("vl_play");
 
 QString randomSuffix() { return QString::number(QRandomGenerator::global()->generate(), 16); }
 
-// Copies one file in chunks, giving the source's SHA-256; empty on a fault or a cancel.
-QByteArray copyFile(const QString &from, const QString &to, const std::atomic_bool &cancel,
-                    const std::function<void(qint64)> &advanced, QString *error)
+// Reads a file in chunks and gives its SHA-256, writing each chunk on to copy when one is
+// given; empty on a fault (error says which, when asked) or a cancel.
+QByteArray readHashed(const QString &path, const std::atomic_bool &cancel,
+                      const std::function<void(qint64)> &advanced, QFile *copy = nullptr,
+                      QString *error = nullptr)
 {
-    QFile source(from);
-    QFile target(to);
-    if (!source.open(QIODevice::ReadOnly)) {
-        *error = source.errorString();
-        return {};
-    }
-    if (!target.open(QIODevice::WriteOnly)) {
-        *error = target.errorString();
-        return {};
-    }
+    const auto fail = [&](const QFile &file) {
+        if (error)
+            *error = file.errorString();
+        return QByteArray();
+    };
+    QFile source(path);
+    if (!source.open(QIODevice::ReadOnly))
+        return fail(source);
     QCryptographicHash hash(QCryptographicHash::Sha256);
     while (!source.atEnd()) {
         if (cancel)
             return {};
         const QByteArray chunk = source.read(kChunkBytes);
-        if (chunk.isEmpty() && source.error() != QFileDevice::NoError) {
-            *error = source.errorString();
-            return {};
-        }
-        if (target.write(chunk) != chunk.size()) {
-            *error = target.errorString();
-            return {};
-        }
+        if (chunk.isEmpty() && source.error() != QFileDevice::NoError)
+            return fail(source);
+        if (copy && copy->write(chunk) != chunk.size())
+            return fail(*copy);
         hash.addData(chunk);
         advanced(chunk.size());
-    }
-    if (!target.flush()) {
-        *error = target.errorString();
-        return {};
-    }
-    target.close();
-    if (target.error() != QFileDevice::NoError) {
-        *error = target.errorString();
-        return {};
     }
     return hash.result();
 }
 
-QByteArray hashOf(const QString &path, const std::atomic_bool &cancel,
-                  const std::function<void(qint64)> &advanced)
+// Copies one file, giving the source's SHA-256; empty on a fault or a cancel.
+QByteArray copyFile(const QString &from, const QString &to, const std::atomic_bool &cancel,
+                    const std::function<void(qint64)> &advanced, QString *error)
 {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
+    QFile target(to);
+    if (!target.open(QIODevice::WriteOnly)) {
+        *error = target.errorString();
         return {};
-    QCryptographicHash hash(QCryptographicHash::Sha256);
-    while (!file.atEnd()) {
-        if (cancel)
-            return {};
-        const QByteArray chunk = file.read(kChunkBytes);
-        if (chunk.isEmpty() && file.error() != QFileDevice::NoError)
-            return {};
-        hash.addData(chunk);
-        advanced(chunk.size());
     }
-    return hash.result();
+    const QByteArray hash = readHashed(from, cancel, advanced, &target, error);
+    if (hash.isEmpty())
+        return {};
+    target.close(); // flushes
+    if (target.error() != QFileDevice::NoError) {
+        *error = target.errorString();
+        return {};
+    }
+    return hash;
 }
 
 } // namespace
@@ -180,7 +168,7 @@ CardCopy::Result CardCopy::copy(const QString &packageDir, const QString &cardRo
     }
     for (int i = 0; i < files.size(); ++i) {
         const QString copied = QDir(partial).filePath(files.at(i).fileName());
-        if (hashOf(copied, cancel, advanced(true)) != hashes.at(i))
+        if (readHashed(copied, cancel, advanced(true)) != hashes.at(i))
             return fail(Str::cardVerifyFailed(files.at(i).fileName()));
     }
     if (cancel)

@@ -41,10 +41,7 @@ private Q_SLOTS:
 private:
     QString picture(const QString &name, const QImage &image)
     {
-        const QString path = m_dir.filePath(name);
-        if (!image.save(path))
-            qFatal("cannot write %s", qPrintable(path));
-        return path;
+        return TestFiles::savedPicture(m_dir.filePath(name), image);
     }
     QTemporaryDir m_dir;
 };

@@ -50,6 +50,13 @@ QMap<QString, QByteArray> contents(const QString &folder)
     return files;
 }
 
+QString savedPicture(const QString &path, const QImage &image)
+{
+    if (!QDir().mkpath(QFileInfo(path).absolutePath()) || !image.save(path))
+        qFatal("cannot write %s", qPrintable(path));
+    return path;
+}
+
 QStringList makePictures(const QString &folder, int count, const QString &prefix, const QSize &size)
 {
     QDir().mkpath(folder);

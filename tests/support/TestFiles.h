@@ -20,6 +20,10 @@ QMap<QString, QByteArray> contents(const QString &folder);
 // The names of everything directly in a folder, hidden ones too (files and folders).
 QStringList entries(const QString &folder);
 
+// Saves the image at path (the format from its suffix), creating the parent folders, and gives
+// the path; a test cannot go on without its picture, so a failure ends the test program.
+QString savedPicture(const QString &path, const QImage &image);
+
 // Writes count small PNG pictures named <prefix>_0000.png, ... into folder; their paths.
 QStringList makePictures(const QString &folder, int count, const QString &prefix = QStringLiteral("pic"),
                          const QSize &size = QSize(16, 12));
