@@ -31,6 +31,7 @@ private Q_SLOTS:
     void cardsTooSmallOrNotFat();
     void replacingAsksFirst();
     void cancelLeavesNoPackageOfOurs();
+    void closingDuringACopyCancelsItFirst();
 
 private:
     QPushButton *copyButton() const
@@ -42,6 +43,9 @@ private:
     QString insertCard(const QString &name, const QString &fileSystem = "vfat",
                        qint64 free = qint64(8) << 30);
     void makePackage();
+    // A large file in the package keeps a copy busy long enough to be stopped (sparse: it takes
+    // no room here, and only what is copied before the stop takes room on the "card").
+    void addLargeFrame();
     // Opens the dialog from the Step 3 button and hands it to act while it is open; the boxes
     // it opens are answered with answer and given back.
     QList<ModalAnswerer::Seen> withDialog(const std::function<void(CardCopyDialog *, ModalAnswerer *)> &act,
@@ -81,6 +85,12 @@ TestMainWindowCard::withDialog(const std::function<void(CardCopyDialog *, ModalA
     if (!acted)
         qWarning("the dialog was not opened");
     return acted ? boxes.seen() : QList<ModalAnswerer::Seen>{};
+}
+
+void TestMainWindowCard::addLargeFrame()
+{
+    QFile large(QDir(packageDir()).filePath("frame_999.bin"));
+    QVERIFY(large.open(QIODevice::WriteOnly) && large.resize(qint64(300) << 20));
 }
 
 void TestMainWindowCard::buttonFollowsThePackage()
@@ -213,11 +223,7 @@ void TestMainWindowCard::replacingAsksFirst()
 void TestMainWindowCard::cancelLeavesNoPackageOfOurs()
 {
     makePackage();
-    // A large file in the package keeps the copy busy long enough to be cancelled (sparse: it
-    // takes no room here, and only what is copied before the Cancel takes room on the "card").
-    QFile large(QDir(packageDir()).filePath("frame_999.bin"));
-    QVERIFY(large.open(QIODevice::WriteOnly) && large.resize(qint64(300) << 20));
-    large.close();
+    addLargeFrame();
     const QString card = insertCard("CANCELLED");
     withDialog([&](CardCopyDialog *dialog, ModalAnswerer *boxes) {
         auto *copy = dialog->findChild<CardCopy *>();
@@ -237,6 +243,25 @@ void TestMainWindowCard::cancelLeavesNoPackageOfOurs()
         QVERIFY(dialog->isVisible()); // the user may choose again
         dialog->reject();
     });
+    QCOMPARE(TestFiles::entries(card), QStringList());
+}
+
+void TestMainWindowCard::closingDuringACopyCancelsItFirst()
+{
+    makePackage();
+    addLargeFrame();
+    const QString card = insertCard("CLOSED");
+    bool closed = false;
+    const QList<ModalAnswerer::Seen> boxes = withDialog([&](CardCopyDialog *dialog, ModalAnswerer *) {
+        connect(dialog->findChild<CardCopy *>(), &CardCopy::progress, dialog, [dialog] {
+            if (dialog->isVisible())
+                dialog->close(); // the window's close button, mid-copy
+        });
+        connect(dialog, &QDialog::rejected, dialog, [&] { closed = true; });
+        QTest::mouseClick(dialog->copyButton(), Qt::LeftButton);
+    });
+    QVERIFY(closed);
+    QVERIFY(boxes.isEmpty()); // closed quietly, once the copy had stopped
     QCOMPARE(TestFiles::entries(card), QStringList());
 }
 
