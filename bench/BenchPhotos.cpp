@@ -5,6 +5,7 @@
 #include "HeicWriter.h"
 #include "TestFiles.h"
 
+#include <QColorSpace>
 #include <QDir>
 #include <QDirIterator>
 #include <QFile>
@@ -21,10 +22,11 @@ constexpr int kDistinctPhotos = 20;
 QStringList photoSet(const QString &kind, int count)
 {
     const bool heic = kind == QLatin1String("heic");
+    const bool p3 = kind == QLatin1String("jpeg-p3");
     const QString suffix = heic ? QStringLiteral("heic") : QStringLiteral("jpg");
     const QDir folder(QDir::temp().filePath(QStringLiteral("velora-bench-photos/") + kind));
     folder.mkpath(QStringLiteral("."));
-    const quint32 seed = heic ? 7 : 42;
+    const quint32 seed = heic ? 7 : 42; // the P3 set holds the JPEG set's pictures, tagged
     QStringList paths;
     for (int i = 0; i < count; ++i) {
         const QString path =
@@ -38,7 +40,9 @@ QStringList photoSet(const QString &kind, int count)
         }
         std::printf("making %s\n", qPrintable(path));
         std::fflush(stdout);
-        const QImage image = TestFiles::photoLikeImage(4000, 3000, seed + quint32(i));
+        QImage image = TestFiles::photoLikeImage(4000, 3000, seed + quint32(i));
+        if (p3)
+            image.setColorSpace(QColorSpace(QColorSpace::DisplayP3));
         if (heic)
             HeicWriter::writePhoneLike(path, image);
         else
@@ -69,10 +73,12 @@ QStringList photosIn(const QString &folder)
     return files;
 }
 
-void makePhotos(const QString &folder, int count)
+void makePhotos(const QString &folder, int count, const QColorSpace &colorSpace)
 {
-    for (int i = 0; i < count; ++i)
-        TestFiles::photoLikeImage(4000, 3000, 42 + quint32(i))
-            .save(QDir(folder).filePath(QStringLiteral("photo_%1.jpg").arg(i, 3, 10, QLatin1Char('0'))),
-                  "JPEG", 90);
+    for (int i = 0; i < count; ++i) {
+        QImage photo = TestFiles::photoLikeImage(4000, 3000, 42 + quint32(i));
+        photo.setColorSpace(colorSpace);
+        photo.save(QDir(folder).filePath(QStringLiteral("photo_%1.jpg").arg(i, 3, 10, QLatin1Char('0'))),
+                   "JPEG", 90);
+    }
 }

@@ -58,7 +58,7 @@ int BenchSetup::takeOption(QStringList &args, const QString &name, int fallback)
 void BenchSetup::prepareProgram()
 {
     UiLanguage::set(UiLanguage::English);
-    ImageLoader::applyAllocationLimit();
+    ImageLoader::prepareReaders();
     QApplication::setStyle(QStringLiteral("Fusion"));
     QApplication::setFont(QFont(QStringLiteral("Segoe UI"), 9));
     AppTheme::applyTo(qApp);

@@ -1,16 +1,21 @@
 // Measures the per-photo cost of the image work of a run: loading at thumbnail, preview and
 // full size, the export render of every fill mode, the JPEG save, and the whole per-row export
-// (load + render + save), against a bare full decode of the same files.
+// (load + render + save), against a bare full decode of the same files. Then the export of
+// the same pictures tagged Display P3 (as phones tag them), beside the untagged ones: what
+// honouring the colour profile costs.
 //
 //   bench_export [FOLDER] [--rounds N]
 //
-// Without FOLDER it makes six 12-megapixel JPEG photos in a temporary folder first.
+// Without FOLDER it makes six 12-megapixel JPEG photos in a temporary folder first, and their
+// Display P3 twins in a second one.
 #include "BenchPhotos.h"
 #include "images/ImageLoader.h"
 #include "preprocess/ImagePreprocess.h"
+#include "run/RenderAheadQueue.h"
 #include "ui/UiLanguage.h"
 
 #include <QBuffer>
+#include <QColorSpace>
 #include <QCoreApplication>
 #include <QDir>
 #include <QElapsedTimer>
@@ -49,13 +54,38 @@ void report(const char *name, double ms)
     std::fflush(stdout);
 }
 
+// The export of untagged photos beside their Display P3 twins, through the per-row export
+// above and through the run's own render (decoded no larger than the frame needs).
+void compareProfiles(int rounds, const QStringList &untagged, const QStringList &p3, const QString &out)
+{
+    std::printf("Untagged photos and their Display P3 twins (profile share: target <= 15 %%)\n");
+    const auto perRow = [&out](const QString &file) {
+        renderPreprocExport(ImageLoader::load(file, 0), {FillMode::BlurFill, 0}, kPanel, false)
+            .save(out, "JPEG", 92);
+    };
+    const auto runRender = [&out](const QString &file) {
+        RenderAheadQueue::render({file, {FillMode::BlurFill, 0}, kPanel, false, QString()}, out);
+    };
+    const auto twins = [&](const char *what, const std::function<void(const QString &)> &work) {
+        const double plain = medianMsPerPhoto(rounds, untagged, work);
+        const double tagged = medianMsPerPhoto(rounds, p3, work);
+        std::printf("  %-40s untagged %7.1f  P3 %7.1f ms/photo   profile share %+5.1f %%\n", what, plain,
+                    tagged, (tagged - plain) / plain * 100);
+        std::fflush(stdout);
+    };
+    twins("load full", [](const QString &file) { ImageLoader::load(file, 0); });
+    twins("load maxSide 280", [](const QString &file) { ImageLoader::load(file, 280); });
+    twins("per-row export (load + blur fill + save)", perRow);
+    twins("run's render (covering load + blur + save)", runRender);
+}
+
 } // namespace
 
 int main(int argc, char *argv[])
 {
     QGuiApplication app(argc, argv);
     UiLanguage::set(UiLanguage::English);
-    ImageLoader::applyAllocationLimit();
+    ImageLoader::prepareReaders();
 
     QStringList args = QCoreApplication::arguments().mid(1);
     int rounds = 3;
@@ -66,11 +96,16 @@ int main(int argc, char *argv[])
     }
     QTemporaryDir scratch;
     QString folder = args.value(0);
+    QString p3Folder;
     if (folder.isEmpty()) {
         folder = scratch.filePath(QStringLiteral("photos"));
+        p3Folder = scratch.filePath(QStringLiteral("photos-p3"));
         QDir().mkpath(folder);
-        std::printf("No folder given: making six 4000x3000 JPEG photos in %s\n", qPrintable(folder));
+        QDir().mkpath(p3Folder);
+        std::printf("No folder given: making six 4000x3000 JPEG photos in %s, and their Display P3 twins\n",
+                    qPrintable(folder));
         makePhotos(folder, 6);
+        makePhotos(p3Folder, 6, QColorSpace(QColorSpace::DisplayP3));
     }
     const QStringList files = photosIn(folder);
     if (files.isEmpty()) {
@@ -125,5 +160,7 @@ int main(int argc, char *argv[])
     });
     report("per-row export (load + blur fill + save)", row);
     std::printf("  per-row export / bare full decode: %.2f\n", row / bare);
+    if (!p3Folder.isEmpty())
+        compareProfiles(rounds, files, photosIn(p3Folder), out);
     return 0;
 }

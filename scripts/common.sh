@@ -8,7 +8,7 @@ BUILD_DIR="${BUILD_DIR:-$ROOT/build}"
 
 # Packages every build needs.
 BASE_PACKAGES=(
-    qt6-base-dev qt6-base-dev-tools qt6-image-formats-plugins libheif-dev
+    qt6-base-dev qt6-base-dev-tools qt6-image-formats-plugins libheif-dev liblcms2-dev
     cmake ninja-build g++ pkgconf ccache fonts-wqy-microhei
 )
 

@@ -116,6 +116,8 @@ public:
                                      const std::function<void(PreprocWidget *)> &action);
     int applyFillToCheckedRows(FillMode mode);
     int applyRotateStepToCheckedRows(int step);
+    // Gives the checked rows this tone; their fill, rotation and framing stay.
+    int applyToneToCheckedRows(const ToneSettings &tone);
     void updatePreprocPanelSettings();
 
     // Target device
@@ -193,6 +195,7 @@ public Q_SLOTS:
     void onBatchFillMode(FillMode mode);
     void onBatchRotateLeft();
     void onBatchRotateRight();
+    void onBatchTone();
     void onSelectAllToggled(bool checked);
     void onVariantChanged(int index);
     void onReloadConfig();
@@ -332,6 +335,7 @@ private:
     QCheckBox *m_selectAllCheck = nullptr;
     QLabel *m_batchLabel = nullptr;
     PreprocControlPanel *m_batchPanel = nullptr;
+    QPushButton *m_batchToneButton = nullptr;
     ImageTableWidget *m_imageTable = nullptr;
 
     // Step 3: playback file

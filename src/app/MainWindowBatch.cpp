@@ -4,9 +4,12 @@
 #include "images/ImageTableWidget.h"
 #include "preprocess/PreprocControlPanel.h"
 #include "preprocess/PreprocWidget.h"
+#include "preprocess/Tone.h"
+#include "preprocess/ToneDialog.h"
 
 #include <QCoreApplication>
 #include <QMessageBox>
+#include <QPushButton>
 #include <QProgressDialog>
 
 namespace {
@@ -97,6 +100,29 @@ int MainWindow::applyRotateStepToCheckedRows(int step)
     return changed;
 }
 
+int MainWindow::applyToneToCheckedRows(const ToneSettings &tone)
+{
+    const int changed = runBatchPreprocOnCheckedRows(
+        Str::batchToneTitle(), [tone](PreprocWidget *widget) { widget->setTone(tone, false); });
+    if (changed > 0)
+        appendLog(Str::batchToneApplied(Tone::description(tone), changed));
+    return changed;
+}
+
+void MainWindow::onBatchTone()
+{
+    const QList<int> rows = checkedRows();
+    if (rows.isEmpty()) {
+        QMessageBox::information(this, Str::batchToneTitle(), Str::selectImagesForBatch());
+        return;
+    }
+    // The dialog starts from the first checked picture's tone.
+    const PreprocWidget *first = preprocWidgetAt(rows.first());
+    if (const std::optional<ToneSettings> tone =
+            ToneDialog::ask(first ? first->state().tone : ToneSettings(), int(rows.size()), this))
+        applyToneToCheckedRows(*tone);
+}
+
 void MainWindow::onBatchFillMode(FillMode mode) { applyFillToCheckedRows(mode); }
 
 void MainWindow::onBatchRotateLeft() { applyRotateStepToCheckedRows(-90); }
@@ -126,6 +152,10 @@ void MainWindow::refreshPreprocLanguage()
 {
     if (m_batchPanel)
         m_batchPanel->applyLanguage();
+    if (m_batchToneButton) {
+        m_batchToneButton->setText(Str::batchToneButton());
+        m_batchToneButton->setToolTip(Str::batchToneTip());
+    }
     for (int row = 0; m_imageTable && row < m_imageTable->rowCount(); ++row) {
         if (PreprocWidget *widget = preprocWidgetAt(row))
             widget->applyLanguage();

@@ -360,6 +360,9 @@ void MainWindow::fillImageRow(int row, const QString &absolute, const QString &b
     m_imageTable->setItem(row, StatusColumn, status);
 
     m_imageTable->setRowHeight(row, kRowHeight);
+    if (picture.colourProblem != ColourProfile::Problem::None)
+        appendLog(Str::colourProfileWarning(QFileInfo(absolute).fileName(),
+                                            picture.colourProblem == ColourProfile::Problem::Damaged));
 }
 
 void MainWindow::updateCount()

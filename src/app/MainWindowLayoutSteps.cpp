@@ -78,9 +78,14 @@ QGroupBox *MainWindow::createStepAddImages()
     m_batchLabel = new QLabel(Str::batchLabel(), batchBar);
     m_batchPanel =
         new PreprocControlPanel(PreprocControlPanel::LayoutStyle::SingleRow, false, false, batchBar);
+    m_batchToneButton = new QPushButton(Str::batchToneButton(), batchBar);
+    m_batchToneButton->setObjectName(QStringLiteral("tarnActionBtn")); // styled as the rotate buttons
+    m_batchToneButton->setFixedHeight(22);
+    m_batchToneButton->setToolTip(Str::batchToneTip());
     batchLayout->addWidget(m_selectAllCheck);
     batchLayout->addWidget(m_batchLabel);
     batchLayout->addWidget(m_batchPanel, 1);
+    batchLayout->addWidget(m_batchToneButton);
     layout->addWidget(batchBar);
 
     setupImageTable();
@@ -93,6 +98,7 @@ QGroupBox *MainWindow::createStepAddImages()
     connect(m_batchPanel, &PreprocControlPanel::fillModeSelected, this, &MainWindow::onBatchFillMode);
     connect(m_batchPanel, &PreprocControlPanel::rotateLeftRequested, this, &MainWindow::onBatchRotateLeft);
     connect(m_batchPanel, &PreprocControlPanel::rotateRightRequested, this, &MainWindow::onBatchRotateRight);
+    connect(m_batchToneButton, &QPushButton::clicked, this, &MainWindow::onBatchTone);
     connect(m_selectAllCheck, &QCheckBox::toggled, this, &MainWindow::onSelectAllToggled);
     return section;
 }

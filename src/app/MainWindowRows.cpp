@@ -45,6 +45,11 @@ QByteArray MainWindow::rowInputStamp(int row, const QByteArray &keyFingerprint) 
         text += '|' + QByteArray::number(widget->state().focusX, 'g', 17);
         text += '|' + QByteArray::number(widget->state().focusY, 'g', 17);
         text += '|' + QByteArray::number(widget->state().zoom, 'g', 17);
+        const ToneSettings &tone = widget->state().tone;
+        text += '|' + QByteArray::number(qint32(tone.preset));
+        text += '|' + QByteArray::number(tone.exposure, 'g', 17);
+        text += '|' + QByteArray::number(tone.contrast, 'g', 17);
+        text += '|' + QByteArray::number(tone.saturation, 'g', 17);
     }
     const QSize panel = panelResolution();
     text += '|' + QByteArray::number(panel.width()) + 'x' + QByteArray::number(panel.height());

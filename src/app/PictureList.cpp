@@ -2,6 +2,7 @@
 
 #include "playlist/PlaylistExporter.h"
 #include "preprocess/Framing.h"
+#include "preprocess/Tone.h"
 #include "ui/AppStrings.h"
 
 #include <QDir>
@@ -33,6 +34,51 @@ bool isNumberIn(const QJsonValue &value, double low, double high)
 {
     return value.isDouble() && std::isfinite(value.toDouble()) && value.toDouble() >= low &&
            value.toDouble() <= high;
+}
+
+QJsonObject toneObject(const ToneSettings &tone)
+{
+    return QJsonObject{
+        {QStringLiteral("preset"), Tone::presetKey(tone.preset)},
+        {QStringLiteral("exposure"), tone.exposure},
+        {QStringLiteral("contrast"), tone.contrast},
+        {QStringLiteral("saturation"), tone.saturation},
+    };
+}
+
+// A picture's tone, or the reason it is not one. A picture without a tone is Neutral.
+std::optional<ToneSettings> readTone(const QJsonValue &value, QString *fault)
+{
+    if (value.isUndefined())
+        return ToneSettings();
+    const QJsonObject object = value.toObject();
+    const QString key = object.value(QStringLiteral("preset")).toString();
+    const std::optional<TonePreset> preset = Tone::presetFromKey(key);
+    if (!value.isObject() || !preset) {
+        *fault = Str::toneUnknownPreset(key);
+        return std::nullopt;
+    }
+    ToneSettings tone;
+    tone.preset = *preset;
+    const struct {
+        const char *field;
+        double *into;
+        double low, high;
+    } sliders[] = {
+        {"exposure", &tone.exposure, Tone::kMinExposure, Tone::kMaxExposure},
+        {"contrast", &tone.contrast, Tone::kMinContrast, Tone::kMaxContrast},
+        {"saturation", &tone.saturation, Tone::kMinSaturation, Tone::kMaxSaturation},
+    };
+    for (const auto &slider : sliders) {
+        const QJsonValue number = object.value(QLatin1String(slider.field));
+        if (!isNumberIn(number, slider.low, slider.high)) {
+            *fault = Str::toneOutOfRange(QLatin1String(slider.field), number.toVariant().toString(), slider.low,
+                                         slider.high);
+            return std::nullopt;
+        }
+        *slider.into = number.toDouble();
+    }
+    return tone;
 }
 
 std::optional<PictureList::Picture> readPicture(const QJsonValue &value, const QString &baseDir)
@@ -88,6 +134,7 @@ QByteArray PictureList::toJson() const
             {QStringLiteral("focus_x"), picture.state.focusX},
             {QStringLiteral("focus_y"), picture.state.focusY},
             {QStringLiteral("zoom"), picture.state.zoom},
+            {QStringLiteral("tone"), toneObject(picture.state.tone)},
         });
     }
     const QJsonObject settings{
@@ -126,8 +173,10 @@ std::optional<PictureList> PictureList::fromJson(const QByteArray &json, const Q
     if (!document.isObject() || root.value(QStringLiteral("format")).toString() != formatName())
         return fail(Str::listNotAList());
     const QJsonValue version = root.value(QStringLiteral("version"));
-    if (!version.isDouble() || version.toInt() != kVersion)
-        return fail(Str::listWrongVersion(version.toVariant().toString(), kVersion));
+    if (!version.isDouble() || version.toDouble() != version.toInt() || version.toInt() < kOldestVersion ||
+        version.toInt() > kVersion)
+        return fail(Str::listWrongVersion(version.toVariant().toString(), kOldestVersion, kVersion));
+    const bool withTones = version.toInt() >= 2;
 
     PictureList list;
     const QJsonObject settings = root.value(QStringLiteral("settings")).toObject();
@@ -157,9 +206,17 @@ std::optional<PictureList> PictureList::fromJson(const QByteArray &json, const Q
     if (!rows.isArray())
         return fail(Str::listBadPicture(0));
     for (const QJsonValue &row : rows.toArray()) {
-        const std::optional<Picture> picture = readPicture(row, baseDir);
+        std::optional<Picture> picture = readPicture(row, baseDir);
+        const int number = int(list.pictures.size()) + 1;
         if (!picture)
-            return fail(Str::listBadPicture(int(list.pictures.size()) + 1));
+            return fail(Str::listBadPicture(number));
+        if (withTones) { // a list from before tones has none: its pictures stay Neutral
+            QString fault;
+            const std::optional<ToneSettings> tone = readTone(row.toObject().value(QStringLiteral("tone")), &fault);
+            if (!tone)
+                return fail(Str::listBadTone(number, fault));
+            picture->state.tone = *tone;
+        }
         list.pictures << *picture;
     }
     return list;

@@ -8,17 +8,19 @@
 #include <optional>
 
 // A saved picture list: the table's rows in order, each with its source path and its full
-// state (framing included), and the settings a package is made with. Stored as JSON with a
-// format name and a version (docs/picture-list.md). Reading checks everything and gives
-// nothing on any fault; writing goes through a temporary file and a rename, so a list on
-// disk is always whole.
+// state (framing and tone included), and the settings a package is made with. Stored as JSON
+// with a format name and a version (docs/picture-list.md); lists of version 1, from before
+// tones, are read with every picture Neutral. Reading checks everything and gives nothing on
+// any fault; writing goes through a temporary file and a rename, so a list on disk is always
+// whole.
 struct PictureList {
     struct Picture {
         QString path; // absolute, forward slashes
         PreprocState state{FillMode::BlurFill, 0};
     };
 
-    static constexpr int kVersion = 1;
+    static constexpr int kVersion = 2;
+    static constexpr int kOldestVersion = 1;
     static QString formatName();
     static QString fileSuffix() { return QStringLiteral("json"); }
 

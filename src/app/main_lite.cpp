@@ -58,7 +58,7 @@ int main(int argc, char *argv[])
     QApplication::setFont(QFont(QStringLiteral("Segoe UI"), 9));
     AppTheme::applyTo(&app);
     QApplication::setWindowIcon(AppBranding::appIcon());
-    ImageLoader::applyAllocationLimit();
+    ImageLoader::prepareReaders();
 
     MainWindow window;
     window.show();

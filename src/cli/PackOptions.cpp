@@ -2,6 +2,7 @@
 
 #include "images/ImageLoader.h"
 #include "playlist/PlaylistExporter.h"
+#include "preprocess/Tone.h"
 #include "ui/AppStrings.h"
 
 #include <QCommandLineParser>
@@ -19,6 +20,7 @@ QList<QCommandLineOption> optionList()
         {QStringLiteral("panel"), Str::packOptionPanel(), QStringLiteral("PANEL")},
         {QStringLiteral("landscape"), Str::packOptionLandscape()},
         {QStringLiteral("fill"), Str::packOptionFill(), QStringLiteral("blur|white|black|crop")},
+        {QStringLiteral("tone"), Str::packOptionTone(), QStringLiteral("PRESET")},
         {QStringLiteral("interval"), Str::packOptionInterval(), QStringLiteral("MIN")},
         {QStringLiteral("no-loop"), Str::packOptionNoLoop()},
         {QStringLiteral("list"), Str::packOptionList(), QStringLiteral("LIST.json")},
@@ -113,6 +115,12 @@ std::optional<PackOptions> PackOptions::parse(const QStringList &arguments, QStr
         if (!options.fill || *options.fill == FillMode::Direct)
             return fail(Str::packBadFill(fill));
     }
+    if (parser.isSet(QStringLiteral("tone"))) {
+        const QString tone = parser.value(QStringLiteral("tone"));
+        options.tone = Tone::presetFromKey(tone);
+        if (!options.tone)
+            return fail(Str::packBadTone(tone));
+    }
     if (parser.isSet(QStringLiteral("interval"))) {
         bool ok = false;
         options.intervalMinutes = parser.value(QStringLiteral("interval")).toInt(&ok);
@@ -129,9 +137,11 @@ std::optional<PackOptions> PackOptions::parse(const QStringList &arguments, QStr
         return fail(Str::packNoPictures());
     if (options.pictures.size() > PlaylistExporter::kMaxFrames)
         return fail(Str::playlistTooManyFrames(PlaylistExporter::kMaxFrames));
-    if (options.fill) {
-        for (PictureList::Picture &picture : options.pictures)
+    for (PictureList::Picture &picture : options.pictures) {
+        if (options.fill)
             picture.state.fillMode = *options.fill;
+        if (options.tone)
+            picture.state.tone = ToneSettings{*options.tone};
     }
     return options;
 }

@@ -29,6 +29,7 @@ struct PackOptions {
     bool panelGiven = false;
     bool landscape = false;
     std::optional<FillMode> fill; // for every picture; none: each picture's own or the default
+    std::optional<TonePreset> tone; // for every picture, nothing adjusted; none: each one's own
     int intervalMinutes = 30;
     bool loop = true;
     bool verbose = false;

@@ -73,21 +73,30 @@ QString PackRun::processPicture(int index, const PictureList::Picture &picture)
     const QString output =
         m_scratch.filePath(QStringLiteral("out_%1.bin").arg(index, 6, 10, QLatin1Char('0')));
     // A HEIC/HEIF picture goes through its converted copy, as in the window.
-    QString input = ImageLoader::resolveProcessorInputPath(picture.path);
+    ColourProfile::Problem conversionProblem = ColourProfile::Problem::None;
+    QString input = ImageLoader::resolveProcessorInputPath(picture.path, nullptr, &conversionProblem);
     if (input.isEmpty())
         input = QDir::fromNativeSeparators(picture.path);
+    ColourProfile::Problem renderProblem = ColourProfile::Problem::None;
     if (picture.state.fillMode != FillMode::Direct) {
         const QString folder = m_scratch.filePath(QStringLiteral("render_%1").arg(index));
         QDir().mkpath(folder);
         const RenderRequest request{input, picture.state, m_panel, m_options.landscape,
                                     QFileInfo(picture.path).completeBaseName() +
                                         QStringLiteral("_preproc.jpg")};
-        const QString rendered = RenderAheadQueue::render(request, QDir(folder).filePath(request.fileName));
+        const QString rendered =
+            RenderAheadQueue::render(request, QDir(folder).filePath(request.fileName), &renderProblem);
         if (!rendered.isEmpty())
             input = QDir::fromNativeSeparators(rendered);
         else if (m_options.verbose)
             m_out << Str::preprocFailedUseOriginal() << Qt::endl;
     }
+    const ColourProfile::Problem colourProblem =
+        conversionProblem != ColourProfile::Problem::None ? conversionProblem : renderProblem;
+    if (colourProblem != ColourProfile::Problem::None)
+        m_err << Str::colourProfileWarning(QDir::toNativeSeparators(picture.path),
+                                           colourProblem == ColourProfile::Problem::Damaged)
+              << Qt::endl;
     const QStringList args = ProcessorCommand::arguments(
         input, QDir::fromNativeSeparators(output), m_options.panelType, m_variant,
         m_key.isNull() ? QString() : m_key.pathForProcessor(m_scratch.filePath(QStringLiteral("key"))));

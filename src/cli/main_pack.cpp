@@ -24,7 +24,7 @@ int main(int argc, char *argv[])
     QCoreApplication::setOrganizationName(QStringLiteral("PLABRUB"));
     QCoreApplication::setApplicationVersion(QStringLiteral(VELORA_VERSION));
     UiLanguage::set(UiLanguage::defaultForEdition());
-    ImageLoader::applyAllocationLimit();
+    ImageLoader::prepareReaders();
 
     QTextStream out(stdout);
     QTextStream err(stderr);

@@ -1,10 +1,8 @@
 #include "images/CompactImage.h"
 
-#include <QBuffer>
+#include "images/ImageLoader.h"
 
-namespace {
-constexpr int kQuality = 92;
-}
+#include <QBuffer>
 
 CompactImage::CompactImage(const QImage &image)
 {
@@ -12,7 +10,7 @@ CompactImage::CompactImage(const QImage &image)
         return;
     QBuffer buffer(&m_jpeg);
     buffer.open(QIODevice::WriteOnly);
-    if (image.save(&buffer, "JPEG", kQuality))
+    if (ImageLoader::writeJpeg(image, &buffer))
         m_size = image.size();
     else
         m_jpeg.clear();

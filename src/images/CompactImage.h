@@ -4,8 +4,8 @@
 #include <QImage>
 #include <QSize>
 
-// A small picture kept compactly in memory: its JPEG encoding (quality 92, about a tenth of
-// its pixels' size), decoded again when it is needed. For the thumbnail sources of the rows,
+// A small picture kept compactly in memory: its JPEG encoding (ImageLoader::writeJpeg, about
+// a tenth of its pixels' size), decoded again when it is needed. For the thumbnail sources of the rows,
 // a thousand of which are held at once. Copies share the bytes; both directions are safe on
 // any thread. A null image stays null.
 class CompactImage

@@ -33,7 +33,7 @@ DecodedPicture DecodeQueue::decode(const Job &job)
         // One decode gives the converted copy and both previews; a cached copy gives them at
         // the reader's reduced size.
         QImage full;
-        picture.heicCache = ImageLoader::resolveProcessorInputPath(job.path, &full);
+        picture.heicCache = ImageLoader::resolveProcessorInputPath(job.path, &full, &picture.colourProblem);
         picture.unconvertible = picture.heicCache.isEmpty();
         if (picture.unconvertible || job.work == Work::ConvertOnly)
             return picture;
@@ -41,7 +41,7 @@ DecodedPicture DecodeQueue::decode(const Job &job)
                                 : ImageLoader::scaledToFit(full, kPreviewSide);
         picture.pictureSize = full.isNull() ? ImageLoader::pictureSize(picture.heicCache) : full.size();
     } else if (job.work == Work::Decode) {
-        preview = ImageLoader::load(job.path, kPreviewSide);
+        preview = ImageLoader::load(job.path, kPreviewSide, &picture.colourProblem);
         picture.pictureSize = ImageLoader::pictureSize(job.path);
     }
     const bool fits = preview.width() <= kThumbnailSide && preview.height() <= kThumbnailSide;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "images/ColourProfile.h"
 #include "images/CompactImage.h"
 
 #include <QImage>
@@ -20,6 +21,8 @@ struct DecodedPicture {
     QSize pictureSize;          // the whole picture's size as viewed; invalid when unknown
     QString heicCache;          // for a HEIC/HEIF picture: the converted JPEG the processor gets
     bool unconvertible = false; // a HEIC/HEIF picture that cannot be converted: it gets no row
+    // A colour profile the picture carries but that cannot be used: it is shown as sRGB.
+    ColourProfile::Problem colourProblem = ColourProfile::Problem::None;
 };
 
 // Decodes the pictures of one adding on worker threads (as many as the machine has cores).

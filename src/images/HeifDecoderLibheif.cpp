@@ -21,9 +21,36 @@ struct HandleDeleter {
 struct ImageDeleter {
     void operator()(heif_image *image) const { heif_image_release(image); }
 };
+
+// The ICC profile the picture carries, else its nclx description, else nothing (sRGB).
+ColourProfile colourOf(const heif_image_handle *handle)
+{
+    const size_t iccSize = heif_image_handle_get_raw_color_profile_size(handle);
+    if (iccSize > 0 && iccSize <= size_t(4 * 1024 * 1024)) {
+        QByteArray icc(qsizetype(iccSize), '\0');
+        if (heif_image_handle_get_raw_color_profile(handle, icc.data()).code == heif_error_Ok)
+            return ColourProfile::fromIcc(icc);
+    }
+    heif_color_profile_nclx *nclx = nullptr;
+    if (heif_image_handle_get_nclx_color_profile(handle, &nclx).code != heif_error_Ok || !nclx)
+        return ColourProfile();
+    ColourProfile::Nclx description;
+    description.primaries = int(nclx->color_primaries);
+    description.transfer = int(nclx->transfer_characteristics);
+    description.redX = nclx->color_primary_red_x;
+    description.redY = nclx->color_primary_red_y;
+    description.greenX = nclx->color_primary_green_x;
+    description.greenY = nclx->color_primary_green_y;
+    description.blueX = nclx->color_primary_blue_x;
+    description.blueY = nclx->color_primary_blue_y;
+    description.whiteX = nclx->color_primary_white_x;
+    description.whiteY = nclx->color_primary_white_y;
+    heif_nclx_color_profile_free(nclx);
+    return ColourProfile::fromNclx(description);
+}
 } // namespace
 
-QImage decodeHeif(const QString &path)
+QImage decodeHeif(const QString &path, ColourProfile *colour)
 {
     std::unique_ptr<heif_context, ContextDeleter> context(heif_context_alloc());
     if (!context)
@@ -58,6 +85,8 @@ QImage decodeHeif(const QString &path)
     const int decodedHeight = heif_image_get_height(image.get(), heif_channel_interleaved);
     if (!pixels || decodedWidth <= 0 || decodedHeight <= 0 || stride < decodedWidth * 3)
         return QImage();
+    if (colour)
+        *colour = colourOf(handle.get());
     const QImage view(pixels, decodedWidth, decodedHeight, stride, QImage::Format_RGB888);
     return view.convertToFormat(QImage::Format_RGB32); // deep copy: the view dies with `image`
 }

@@ -15,13 +15,26 @@ QImage imageFromWicBgra(const WicImage &image)
     return view.convertToFormat(QImage::Format_RGB32);
 }
 
+ColourProfile colourFromWic(const WicImage &image)
+{
+    constexpr unsigned kExifAdobeRgb = 2;
+    if (!image.icc.empty())
+        return ColourProfile::fromIcc(
+            QByteArray(reinterpret_cast<const char *>(image.icc.data()), qsizetype(image.icc.size())));
+    if (image.exifColorSpace == kExifAdobeRgb)
+        return ColourProfile::fromColorSpace(QColorSpace(QColorSpace::AdobeRgb));
+    return ColourProfile();
+}
+
 #ifdef Q_OS_WIN
-QImage decodeHeif(const QString &path)
+QImage decodeHeif(const QString &path, ColourProfile *colour)
 {
     WicImage image;
     const std::wstring widePath = path.toStdWString();
     if (!wicDecodeFile(widePath.c_str(), &image).ok())
         return QImage();
+    if (colour)
+        *colour = colourFromWic(image);
     return imageFromWicBgra(image);
 }
 #endif

@@ -1,7 +1,10 @@
 #include "images/ImageLoader.h"
 
+#include "images/EmbeddedProfile.h"
 #include "images/HeifDecoder.h"
+#include "images/SrgbConversion.h"
 
+#include <QColorSpace>
 #include <QCryptographicHash>
 #include <QDateTime>
 #include <QDir>
@@ -9,6 +12,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QImageReader>
+#include <QLoggingCategory>
 #include <QSaveFile>
 #include <QStandardPaths>
 
@@ -29,12 +33,35 @@ const QStringList kSupportedExtensions = {
 };
 const QStringList kHeicExtensions = {QStringLiteral("heic"), QStringLiteral("heif")};
 
+constexpr int kJpegQuality = 92;
+
 std::atomic<int> g_heifDecodes{0};
 
-QImage decodeHeifCounted(const QString &path)
+// A HEIC/HEIF picture decoded in full, in sRGB.
+QImage decodeHeifInSrgb(const QString &path, ColourProfile::Problem *colourProblem)
 {
     ++g_heifDecodes;
-    return decodeHeif(path);
+    ColourProfile colour;
+    const QImage decoded = decodeHeif(path, &colour);
+    return SrgbConversion::toSrgb(decoded, colour, colourProblem);
+}
+
+// A picture Qt's reader decoded, in sRGB: the profile the reader reports, or one it could not
+// take (which the file still holds), else sRGB.
+QImage readInSrgb(QImageReader &reader, const QString &path, ColourProfile::Problem *colourProblem)
+{
+    const QImage image = reader.read();
+    if (colourProblem)
+        *colourProblem = ColourProfile::Problem::None;
+    if (image.isNull())
+        return image;
+    if (image.colorSpace().isValid())
+        return SrgbConversion::toSrgb(image, ColourProfile::fromColorSpace(image.colorSpace()), colourProblem);
+    bool unreadable = false;
+    const QByteArray icc = EmbeddedProfile::read(path, &unreadable);
+    return SrgbConversion::toSrgb(
+        image, unreadable ? ColourProfile{QByteArray(), ColourProfile::Problem::Damaged} : ColourProfile::fromIcc(icc),
+        colourProblem);
 }
 } // namespace
 
@@ -47,7 +74,11 @@ void releaseFreedMemory()
 #endif
 }
 
-void applyAllocationLimit() { QImageReader::setAllocationLimit(kAllocationLimitMB); }
+void prepareReaders()
+{
+    QImageReader::setAllocationLimit(kAllocationLimitMB);
+    QLoggingCategory::setFilterRules(QStringLiteral("qt.gui.icc=false"));
+}
 
 QStringList supportedExtensions() { return kSupportedExtensions; }
 
@@ -73,8 +104,10 @@ std::optional<QStringList> findPictures(const QString &folder, bool recursive,
 
 bool isHeicPath(const QString &path) { return kHeicExtensions.contains(QFileInfo(path).suffix().toLower()); }
 
-QImage load(const QString &path, int maxSide)
+QImage load(const QString &path, int maxSide, ColourProfile::Problem *colourProblem)
 {
+    if (colourProblem)
+        *colourProblem = ColourProfile::Problem::None;
     if (path.isEmpty())
         return QImage();
 
@@ -87,15 +120,16 @@ QImage load(const QString &path, int maxSide)
             reader.setScaledSize(QSize(qMax(1, scaled.width()), qMax(1, scaled.height())));
         }
     }
-    const QImage image = reader.read();
+    const QImage image = readInSrgb(reader, path, colourProblem);
     if (!image.isNull() || !isHeicPath(path))
         return image;
 
-    const QImage decoded = decodeHeifCounted(path);
+    const QImage decoded = decodeHeifInSrgb(path, colourProblem);
     return maxSide < 1 ? decoded : scaledToFit(decoded, maxSide);
 }
 
-QImage loadCovering(const QString &path, const QSize &box, Qt::AspectRatioMode mode)
+QImage loadCovering(const QString &path, const QSize &box, Qt::AspectRatioMode mode,
+                    ColourProfile::Problem *colourProblem)
 {
     QImageReader reader(path);
     reader.setAutoTransform(true);
@@ -113,10 +147,10 @@ QImage loadCovering(const QString &path, const QSize &box, Qt::AspectRatioMode m
             }
         }
     }
-    const QImage image = reader.read();
+    const QImage image = readInSrgb(reader, path, colourProblem);
     if (!image.isNull() || !isHeicPath(path))
         return image;
-    return decodeHeifCounted(path);
+    return decodeHeifInSrgb(path, colourProblem);
 }
 
 QImage halved(const QImage &image)
@@ -165,16 +199,20 @@ QString heicCacheDir()
            QStringLiteral("/tarngui_heic_cache");
 }
 
-QString resolveProcessorInputPath(const QString &path, QImage *decoded)
+QString resolveProcessorInputPath(const QString &path, QImage *decoded, ColourProfile::Problem *colourProblem)
 {
+    if (colourProblem)
+        *colourProblem = ColourProfile::Problem::None;
     if (!isHeicPath(path))
         return path;
 
     // The key changes with the file's modification time, so an edited picture is converted
-    // again; the old cache file stays until its row is removed.
+    // again; the old cache file stays until its row is removed. Its first part names what
+    // the cache holds (sRGB pixels), so that files an earlier version made, whose pixels
+    // kept the picture's own colours, are never taken for them.
     const QFileInfo info(path);
-    const QByteArray key =
-        info.absoluteFilePath().toUtf8() + '|' + QByteArray::number(info.lastModified().toMSecsSinceEpoch());
+    const QByteArray key = QByteArrayLiteral("srgb|") + info.absoluteFilePath().toUtf8() + '|' +
+                           QByteArray::number(info.lastModified().toMSecsSinceEpoch());
     const QString cachePath =
         QDir(heicCacheDir())
             .filePath(QString::fromLatin1(QCryptographicHash::hash(key, QCryptographicHash::Md5).toHex()) +
@@ -182,7 +220,7 @@ QString resolveProcessorInputPath(const QString &path, QImage *decoded)
     if (QFileInfo::exists(cachePath))
         return cachePath;
 
-    const QImage image = load(path, 0);
+    const QImage image = load(path, 0, colourProblem);
     if (image.isNull())
         return QString();
     if (decoded)
@@ -191,9 +229,22 @@ QString resolveProcessorInputPath(const QString &path, QImage *decoded)
     // Written through a temporary file and renamed, so an interrupted write never leaves a
     // half file that a later call would take for a finished conversion.
     QSaveFile file(cachePath);
-    if (!file.open(QIODevice::WriteOnly) || !image.save(&file, "JPEG", 92) || !file.commit())
+    if (!file.open(QIODevice::WriteOnly) || !writeJpeg(image, &file) || !file.commit())
         return QString();
     return cachePath;
+}
+
+bool writeJpeg(const QImage &image, QIODevice *device)
+{
+    QImage untagged = image;
+    untagged.setColorSpace(QColorSpace()); // a copy only when the image was tagged
+    return untagged.save(device, "JPEG", kJpegQuality);
+}
+
+bool writeJpeg(const QImage &image, const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::WriteOnly | QIODevice::Truncate) && writeJpeg(image, &file);
 }
 
 void removeCachedConversion(const QString &cachedPath)

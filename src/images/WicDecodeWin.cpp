@@ -29,6 +29,43 @@ template <typename T> void release(T *&pointer)
     }
 }
 
+// ICC profiles larger than this are not taken (the decode itself goes on).
+constexpr UINT kMaxProfileBytes = 4 * 1024 * 1024;
+constexpr UINT kMaxColourContexts = 8;
+
+// The frame's ICC profile, or the EXIF colour space it names, into out (left as they are when
+// the frame has no colour context or it cannot be read).
+void readColourContext(IWICImagingFactory *factory, IWICBitmapFrameDecode *frame, WicImage *out)
+{
+    UINT count = 0;
+    if (FAILED(frame->GetColorContexts(0, nullptr, &count)) || count == 0)
+        return;
+    count = count < kMaxColourContexts ? count : kMaxColourContexts;
+    IWICColorContext *contexts[kMaxColourContexts] = {};
+    UINT made = 0;
+    while (made < count && SUCCEEDED(factory->CreateColorContext(&contexts[made])))
+        ++made;
+    UINT actual = 0;
+    if (made == count && SUCCEEDED(frame->GetColorContexts(count, contexts, &actual))) {
+        for (UINT i = 0; i < actual && i < count && out->icc.empty(); ++i) {
+            WICColorContextType type = WICColorContextUninitialized;
+            UINT size = 0;
+            if (FAILED(contexts[i]->GetType(&type)))
+                continue;
+            if (type == WICColorContextExifColorSpace) {
+                contexts[i]->GetExifColorSpace(&out->exifColorSpace);
+            } else if (type == WICColorContextProfile && SUCCEEDED(contexts[i]->GetProfileBytes(0, nullptr, &size)) &&
+                       size > 0 && size <= kMaxProfileBytes) {
+                std::vector<uint8_t> bytes(size);
+                if (SUCCEEDED(contexts[i]->GetProfileBytes(size, bytes.data(), &size)) && size == bytes.size())
+                    out->icc = std::move(bytes);
+            }
+        }
+    }
+    for (UINT i = 0; i < made; ++i)
+        release(contexts[i]);
+}
+
 WicResult failure(HRESULT hr, WicStep step)
 {
     WicResult result;
@@ -111,6 +148,9 @@ WicResult wicDecodeFile(const wchar_t *path, WicImage *out)
                 out->width = static_cast<int>(width);
                 out->height = static_cast<int>(height);
                 out->bgra = std::move(pixels);
+                out->icc.clear();
+                out->exifColorSpace = 0;
+                readColourContext(factory, frame, out);
             }
         }
     }

@@ -2,6 +2,7 @@
 
 #include "preprocess/Framing.h"
 #include "preprocess/ImageOps.h"
+#include "preprocess/Tone.h"
 #include "ui/AppStrings.h"
 
 #include <QTransform>
@@ -16,12 +17,20 @@ QSize compositionSize(const QSize &panel, bool landscape)
 {
     return landscape && isValidSize(panel) ? panel.transposed() : panel;
 }
+
+// The picture turned and toned, then placed in the frame. The tone comes before the fill, so
+// that a white or black surround stays the panel's pure white or black.
+QImage composed(const QImage &image, const PreprocState &state, const QSize &target)
+{
+    return Framing::renderFramed(Tone::apply(rotateImageByDegrees(image, state.rotationDegrees), state.tone), state,
+                                 target);
+}
 } // namespace
 
 bool operator==(const PreprocState &a, const PreprocState &b)
 {
     return a.fillMode == b.fillMode && a.rotationDegrees == b.rotationDegrees && a.focusX == b.focusX &&
-           a.focusY == b.focusY && a.zoom == b.zoom;
+           a.focusY == b.focusY && a.zoom == b.zoom && a.tone == b.tone;
 }
 
 bool operator!=(const PreprocState &a, const PreprocState &b) { return !(a == b); }
@@ -35,6 +44,8 @@ QString formatPreprocStateLabel(const PreprocState &state)
     QString label = Str::formatPreprocStateLabel(state.fillMode, state.rotationDegrees);
     if (state.fillMode != FillMode::Direct && state.zoom != Framing::kMinZoom)
         label += Str::zoomSuffix(qRound(state.zoom * 100));
+    if (state.fillMode != FillMode::Direct && !Tone::isNeutral(state.tone))
+        label += Str::toneSuffix(Tone::shortName(state.tone));
     return label;
 }
 
@@ -76,8 +87,8 @@ QImage renderPreprocPipeline(const QImage &image, const PreprocState &state, con
     if (image.isNull())
         return QImage();
     if (state.fillMode == FillMode::Direct)
-        return image.copy(); // direct mode ignores the rotation, on purpose
-    return Framing::renderFramed(rotateImageByDegrees(image, state.rotationDegrees), state, target);
+        return image.copy(); // direct mode ignores the rotation, framing and tone, on purpose
+    return composed(image, state, target);
 }
 
 QSize effectiveFrameResolution(const QSize &panel, bool landscape)
@@ -94,7 +105,7 @@ QImage renderPreprocDisplayPreview(const QImage &image, const PreprocState &stat
         return QImage();
     const QSize size = compositionSize(panel, landscape);
     if (state.fillMode != FillMode::Direct)
-        return Framing::renderFramed(rotateImageByDegrees(image, state.rotationDegrees), state, size);
+        return composed(image, state, size);
     if (!isValidSize(size))
         return image.copy();
     // Direct: show how much of the frame a picture sent unprepared would leave empty.

@@ -16,16 +16,41 @@ enum class FillMode : qint32 {
     CenterCrop = 4,
 };
 
+// The tone presets, made for six-colour e-paper panels. Their values are the order in which
+// they are offered and must be kept.
+enum class TonePreset : qint32 {
+    Neutral = 0,
+    Balanced = 1,
+    Vivid = 2,
+    Soft = 3,
+    Monochrome = 4,
+};
+
+// A picture's tone: a preset, with three adjustments on top of it (Tone holds the ranges and
+// the one tone function). The default, Neutral with nothing adjusted, leaves the pixels as
+// they are.
+struct ToneSettings {
+    TonePreset preset = TonePreset::Neutral;
+    double exposure = 0.0;   // EV, added to the preset's
+    double contrast = 0.0;   // S-curve strength, added to the preset's
+    double saturation = 1.0; // a factor on the preset's
+};
+
+bool operator==(const ToneSettings &a, const ToneSettings &b);
+bool operator!=(const ToneSettings &a, const ToneSettings &b);
+
 // A picture's preprocessing: fill mode, then clockwise rotation in degrees (multiples of 90),
 // then its framing: the focus point (fractions of the rotated picture) that shows at the
-// frame's centre and the zoom from the fitted (fills) or covering (centre crop) size. The
-// framing's defaults render every mode exactly as it renders without one.
+// frame's centre and the zoom from the fitted (fills) or covering (centre crop) size; then its
+// tone. The framing's and the tone's defaults render every mode exactly as it renders without
+// them.
 struct PreprocState {
     FillMode fillMode;
     qint32 rotationDegrees;
     double focusX = 0.5;
     double focusY = 0.5;
     double zoom = 1.0;
+    ToneSettings tone = ToneSettings();
 };
 
 bool operator==(const PreprocState &a, const PreprocState &b);

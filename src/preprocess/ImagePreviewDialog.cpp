@@ -1,9 +1,10 @@
 #include "preprocess/ImagePreviewDialog.h"
 
-#include "preprocess/EpaperLook.h"
 #include "preprocess/Framing.h"
 #include "preprocess/FramingSurface.h"
 #include "preprocess/PreprocControlPanel.h"
+#include "preprocess/Tone.h"
+#include "preprocess/ToneControls.h"
 #include "ui/AppBranding.h"
 #include "ui/AppStrings.h"
 #include "ui/AppTheme.h"
@@ -14,6 +15,7 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QScrollArea>
+#include <QShortcut>
 #include <QSignalBlocker>
 #include <QSlider>
 #include <QVBoxLayout>
@@ -21,7 +23,6 @@
 #include <cmath>
 
 namespace {
-constexpr int kMinimumBox = 480;
 constexpr int kSettleMs = 180;    // a pause this long ends a wheel, slider or key gesture
 constexpr double kZoomStep = 0.1; // per wheel notch
 constexpr int kPercent = 100;
@@ -35,6 +36,7 @@ ImagePreviewDialog::ImagePreviewDialog(const QImage &image, const QSize &panel, 
     , m_landscape(landscape)
     , m_state(Framing::clamped(state))
 {
+    m_state.tone = Tone::clamped(m_state.tone);
     setWindowTitle(Str::previewDialogTitle());
     resize(900, 720);
     AppBranding::applyWindowIcon(this);
@@ -52,22 +54,25 @@ ImagePreviewDialog::ImagePreviewDialog(const QImage &image, const QSize &panel, 
     layout->addWidget(m_controlPanel);
 
     buildFramingControls(layout);
+    buildToneControls(layout);
+    buildViewControls(layout);
 
     m_infoLabel = new QLabel(this);
     m_infoLabel->setWordWrap(true);
     layout->addWidget(m_infoLabel);
 
-    auto *scroll = new QScrollArea(this);
-    scroll->setWidgetResizable(true);
-    scroll->setFrameShape(QFrame::NoFrame);
+    m_scroll = new QScrollArea(this);
+    m_scroll->setWidgetResizable(true);
+    m_scroll->setFrameShape(QFrame::NoFrame);
+    m_scroll->setAlignment(Qt::AlignCenter);
     m_surface = new FramingSurface;
     m_surface->setAlignment(Qt::AlignCenter);
     m_surface->setMinimumSize(640, 480);
     m_surface->setStyleSheet(
         QStringLiteral("background: #707070; border: 1px solid #999; border-radius: 4px;"));
     m_surface->setToolTip(Str::framingTip());
-    scroll->setWidget(m_surface);
-    layout->addWidget(scroll, 1);
+    m_scroll->setWidget(m_surface);
+    layout->addWidget(m_scroll, 1);
 
     auto *buttons = new QHBoxLayout;
     buttons->addStretch(1);
@@ -82,6 +87,7 @@ ImagePreviewDialog::ImagePreviewDialog(const QImage &image, const QSize &panel, 
     m_settle.setSingleShot(true);
     m_settle.setInterval(kSettleMs);
     connect(&m_settle, &QTimer::timeout, this, &ImagePreviewDialog::refreshPreview);
+    connect(&m_renderer, &PanelRenderer::ready, this, &ImagePreviewDialog::showRendered);
     connect(cancel, &QPushButton::clicked, this, &QDialog::reject);
     connect(ok, &QPushButton::clicked, this, &QDialog::accept);
     connect(m_controlPanel, &PreprocControlPanel::fillModeSelected, this, [this](FillMode mode) {
@@ -91,11 +97,21 @@ ImagePreviewDialog::ImagePreviewDialog(const QImage &image, const QSize &panel, 
     });
     connect(m_controlPanel, &PreprocControlPanel::rotateLeftRequested, this, [this] { rotateBy(-90); });
     connect(m_controlPanel, &PreprocControlPanel::rotateRightRequested, this, [this] { rotateBy(90); });
-    connect(m_surface, &FramingSurface::moved, this, &ImagePreviewDialog::moveBy);
-    connect(m_surface, &FramingSurface::nudged, this, &ImagePreviewDialog::moveBy);
-    connect(m_surface, &FramingSurface::released, this, &ImagePreviewDialog::refreshPreview);
-    connect(m_surface, &FramingSurface::zoomed, this,
-            [this](int steps) { setZoom(m_state.zoom + steps * kZoomStep); });
+    // At actual pixels the surface pans the view; otherwise it frames the picture.
+    connect(m_surface, &FramingSurface::moved, this, [this](const QPoint &delta) {
+        m_actualPixelsButton->isChecked() ? panBy(delta) : moveBy(delta);
+    });
+    connect(m_surface, &FramingSurface::nudged, this, [this](const QPoint &delta) {
+        m_actualPixelsButton->isChecked() ? panBy(-delta) : moveBy(delta);
+    });
+    connect(m_surface, &FramingSurface::released, this, [this] {
+        if (m_quick && !m_actualPixelsButton->isChecked())
+            refreshPreview();
+    });
+    connect(m_surface, &FramingSurface::zoomed, this, [this](int steps) {
+        if (!m_actualPixelsButton->isChecked())
+            setZoom(m_state.zoom + steps * kZoomStep);
+    });
 
     m_surface->setFocus(Qt::OtherFocusReason);
     refreshPreview();
@@ -119,20 +135,52 @@ void ImagePreviewDialog::buildFramingControls(QVBoxLayout *layout)
     zoomRow->addWidget(m_resetButton);
     layout->addLayout(zoomRow);
 
-    auto *epaperRow = new QHBoxLayout;
-    m_epaperCheck = new QCheckBox(Str::showAsEpaper(), this);
-    epaperRow->addWidget(m_epaperCheck);
-    auto *note = new QLabel(Str::epaperNote(), this);
-    note->setStyleSheet(AppTheme::mutedLabelStyleSheet("font-size:11px;"));
-    note->setWordWrap(true);
-    epaperRow->addWidget(note, 1);
-    layout->addLayout(epaperRow);
-
     showZoom();
     connect(m_zoomSlider, &QSlider::valueChanged, this,
             [this](int percent) { setZoom(percent / double(kPercent)); });
     connect(m_resetButton, &QPushButton::clicked, this, &ImagePreviewDialog::resetFraming);
+}
+
+void ImagePreviewDialog::buildToneControls(QVBoxLayout *layout)
+{
+    auto *toneRow = new QHBoxLayout;
+    m_toneControls = new ToneControls(this);
+    m_toneControls->setTone(m_state.tone);
+    toneRow->addWidget(m_toneControls, 1);
+    m_beforeButton = new QPushButton(Str::toneBefore(), this);
+    m_beforeButton->setCheckable(true);
+    m_beforeButton->setToolTip(Str::toneBeforeTip());
+    toneRow->addWidget(m_beforeButton, 0, Qt::AlignTop);
+    layout->addLayout(toneRow);
+
+    connect(m_toneControls, &ToneControls::toneChanged, this, &ImagePreviewDialog::toneChanged);
+    connect(m_beforeButton, &QPushButton::toggled, this, &ImagePreviewDialog::refreshPreview);
+    connect(new QShortcut(QKeySequence(Qt::Key_Backslash), this), &QShortcut::activated, m_beforeButton,
+            &QPushButton::toggle);
+}
+
+void ImagePreviewDialog::buildViewControls(QVBoxLayout *layout)
+{
+    auto *viewRow = new QHBoxLayout;
+    m_epaperCheck = new QCheckBox(Str::showAsEpaper(), this);
+    m_epaperCheck->setToolTip(Str::showAsEpaperTip());
+    viewRow->addWidget(m_epaperCheck);
+    m_actualPixelsButton = new QPushButton(Str::actualPixels(), this);
+    m_actualPixelsButton->setCheckable(true);
+    m_actualPixelsButton->setToolTip(Str::actualPixelsTip());
+    viewRow->addWidget(m_actualPixelsButton);
+    auto *note = new QLabel(Str::epaperNote(), this);
+    note->setStyleSheet(AppTheme::mutedLabelStyleSheet("font-size:11px;"));
+    note->setWordWrap(true);
+    viewRow->addWidget(note, 1);
+    layout->addLayout(viewRow);
+
     connect(m_epaperCheck, &QCheckBox::toggled, this, &ImagePreviewDialog::refreshPreview);
+    connect(m_actualPixelsButton, &QPushButton::toggled, this, &ImagePreviewDialog::setActualPixels);
+    connect(new QShortcut(QKeySequence(Qt::Key_E), this), &QShortcut::activated, m_epaperCheck,
+            &QCheckBox::toggle);
+    connect(new QShortcut(QKeySequence(Qt::Key_Z), this), &QShortcut::activated, m_actualPixelsButton,
+            &QPushButton::toggle);
 }
 
 std::pair<bool, PreprocState> ImagePreviewDialog::openPreview(const QImage &image, const QSize &panel,
@@ -161,12 +209,6 @@ QSize ImagePreviewDialog::rotatedPictureSize() const
 {
     const QSize size = m_pyramid.full().size();
     return m_state.rotationDegrees % 180 != 0 ? size.transposed() : size;
-}
-
-QSize ImagePreviewDialog::outerSize() const
-{
-    const int box = qMax(kMinimumBox, qMin(width() - 64, height() - 200));
-    return previewFrameOuterSize(effectiveFrameResolution(m_panel, m_landscape), box);
 }
 
 void ImagePreviewDialog::moveBy(const QPoint &screenDelta)
@@ -232,66 +274,25 @@ void ImagePreviewDialog::framingChanged()
         m_settle.start();
 }
 
-void ImagePreviewDialog::refreshPreview()
+void ImagePreviewDialog::toneChanged(const ToneSettings &tone)
 {
-    m_settle.stop();
-    m_quick = false;
-    QImage preview = renderPreprocDisplayPreview(m_pyramid.full(), m_state, m_panel, m_landscape);
-    if (!preview.isNull() && m_epaperCheck->isChecked())
-        preview = EpaperLook::render(preview);
-    showPreview(preview);
-}
-
-void ImagePreviewDialog::refreshQuickPreview()
-{
-    const QSize outer = outerSize();
-    const int border = framedPreviewBorder(outer);
-    const QSize panel = scaledResolutionForPreview(m_panel, qMax(outer.width(), outer.height()) - 2 * border);
-    // The smallest reduced copy that still gives the picture's pixels at this size.
-    const QSizeF shown = Framing::pictureRect(rotatedPictureSize(), m_state.fillMode,
-                                              effectiveFrameResolution(panel, m_landscape),
-                                              QPointF(m_state.focusX, m_state.focusY), m_state.zoom)
-                             .size();
-    const QImage source = m_pyramid.levelFor(m_state.rotationDegrees % 180 != 0 ? shown.transposed() : shown);
-    m_quick = true;
-    showPreview(renderPreprocDisplayPreview(source, m_state, panel, m_landscape));
-}
-
-void ImagePreviewDialog::showPreview(const QImage &preview)
-{
-    if (preview.isNull()) {
-        m_surface->setPixmap(QPixmap());
-        m_surface->setText(Str::previewCannotLoad());
-        return;
+    m_state.tone = tone;
+    if (m_beforeButton->isChecked()) {
+        const QSignalBlocker blocker(m_beforeButton); // a change is seen: "after" again
+        m_beforeButton->setChecked(false);
     }
-    const QSize frame = effectiveFrameResolution(m_panel, m_landscape);
-    const QPixmap framed = makeFramedPreviewPixmapExact(preview, outerSize());
-    m_surface->setText(QString());
-    m_surface->setPixmap(framed);
-    m_surface->resize(framed.size());
-    QString info =
-        Str::previewInfoLine(formatPreprocStateLabel(m_state), formatPanelResolutionText(frame), m_landscape);
-    const QString warning =
-        Framing::lowResolutionText(m_pyramid.full().size(), m_state, m_panel, m_landscape);
-    if (!warning.isEmpty())
-        info += QStringLiteral("\n⚠ ") + warning;
-    m_infoLabel->setText(info);
-}
-
-void ImagePreviewDialog::resizeEvent(QResizeEvent *event)
-{
-    QDialog::resizeEvent(event);
-    refreshPreview();
+    framingChanged(); // a slider's gesture ends, as the zoom slider's, with a pause
 }
 
 void ImagePreviewDialog::keyPressEvent(QKeyEvent *event)
 {
-    // Arrow keys that the control with the focus leaves unused nudge the picture.
+    // Arrow keys that the control with the focus leaves unused nudge the picture, or at actual
+    // pixels move the view.
     const QPoint nudge = FramingSurface::nudgeFor(event->key());
     if (nudge.isNull()) {
         QDialog::keyPressEvent(event);
         return;
     }
-    moveBy(nudge);
+    m_actualPixelsButton->isChecked() ? panBy(-nudge) : moveBy(nudge);
     event->accept();
 }

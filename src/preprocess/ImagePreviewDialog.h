@@ -2,6 +2,7 @@
 
 #include "preprocess/ImagePreprocess.h"
 #include "preprocess/ImagePyramid.h"
+#include "preprocess/PanelRenderer.h"
 
 #include <QDialog>
 #include <QImage>
@@ -12,18 +13,25 @@
 
 class FramingSurface;
 class PreprocControlPanel;
+class ToneControls;
 class QCheckBox;
 class QLabel;
 class QPushButton;
+class QScrollArea;
 class QSlider;
+class QVBoxLayout;
 
 // The large preview of one row: the full-resolution picture rendered as the frame will show
 // it, in its wooden frame, with the fill and rotate controls, and the place where the picture
-// is framed: dragged to move it, zoomed with the wheel or the slider, nudged with the arrow
-// keys, reset. While the user frames, the preview is rendered at screen size from a reduced
-// copy so that it keeps up; once the user pauses it is rendered again at the panel's
-// resolution, optionally as a six-colour e-paper panel would show it. Nothing reaches the row
-// unless the user confirms.
+// is framed (dragged to move it, zoomed with the wheel or the slider, nudged with the arrow
+// keys, reset) and toned (a preset and three sliders, with a before/after toggle). Every
+// change shows at once at screen size from a reduced copy, so that the dialog keeps up; the
+// preview at the panel's resolution, optionally as a six-colour e-paper panel shows it, is
+// rendered on a worker thread (PanelRenderer) and replaces it when it is ready. That preview
+// can also be seen at actual pixels, one panel pixel on one screen pixel, and panned by
+// dragging: the e-paper toggle then compares the plain picture and the dither at the same
+// place. Nothing reaches the row unless the user confirms. The view's half of the dialog is in
+// ImagePreviewDialogView.cpp.
 class ImagePreviewDialog : public QDialog
 {
     Q_OBJECT
@@ -41,16 +49,20 @@ public:
     PreprocControlPanel *controlPanel() const { return m_controlPanel; }
     QLabel *previewLabel() const;
     FramingSurface *framingSurface() const { return m_surface; }
+    QScrollArea *scrollArea() const { return m_scroll; }
     QLabel *infoLabel() const { return m_infoLabel; }
     QSlider *zoomSlider() const { return m_zoomSlider; }
     QPushButton *resetFramingButton() const { return m_resetButton; }
+    ToneControls *toneControls() const { return m_toneControls; }
+    QPushButton *beforeButton() const { return m_beforeButton; }
     QCheckBox *epaperCheckBox() const { return m_epaperCheck; }
-    // True while the preview shows a screen-size render that a full one will replace.
+    QPushButton *actualPixelsButton() const { return m_actualPixelsButton; }
+    // True while the preview waits for its render at the panel's resolution.
     bool isShowingQuickPreview() const { return m_quick; }
 
-    // The preview at the panel's resolution.
+    // Shows the preview at once at screen size, and asks for it at the panel's resolution.
     void refreshPreview();
-    // The preview at screen size, replaced by refreshPreview() once the user pauses.
+    // The preview at screen size only; refreshPreview() follows once the user pauses.
     void refreshQuickPreview();
 
 protected:
@@ -58,16 +70,25 @@ protected:
     void keyPressEvent(QKeyEvent *event) override;
 
 private:
-    void buildFramingControls(class QVBoxLayout *layout);
+    void buildFramingControls(QVBoxLayout *layout);
+    void buildToneControls(QVBoxLayout *layout);
+    void buildViewControls(QVBoxLayout *layout);
     void rotateBy(int degrees);
     void moveBy(const QPoint &screenDelta);
     void setZoom(double zoom);
     void resetFraming();
     void showZoom();
     void framingChanged();
+    void toneChanged(const ToneSettings &tone);
     QSize outerSize() const;
     QSize rotatedPictureSize() const;
-    void showPreview(const QImage &preview);
+    // What the preview shows: the working state, without its tone while "Before" is on.
+    PreprocState shownState() const;
+    void showInfo();
+    void showImage(const QImage &image, bool actualPixels);
+    void showRendered(quint64 ticket, const PanelRenderer::Result &result);
+    void setActualPixels(bool on);
+    void panBy(const QPoint &delta);
 
     ImagePyramid m_pyramid;
     QSize m_panel;
@@ -75,11 +96,19 @@ private:
     PreprocState m_state;
     PreprocControlPanel *m_controlPanel = nullptr;
     FramingSurface *m_surface = nullptr;
+    QScrollArea *m_scroll = nullptr;
     QLabel *m_infoLabel = nullptr;
     QSlider *m_zoomSlider = nullptr;
     QLabel *m_zoomValue = nullptr;
     QPushButton *m_resetButton = nullptr;
+    ToneControls *m_toneControls = nullptr;
+    QPushButton *m_beforeButton = nullptr;
     QCheckBox *m_epaperCheck = nullptr;
+    QPushButton *m_actualPixelsButton = nullptr;
     QTimer m_settle;
+    PanelRenderer m_renderer;
+    quint64 m_awaited = 0;   // the render the preview waits for
+    QImage m_composition;    // the last one at the panel's resolution
     bool m_quick = false;
+    bool m_centreOnShow = false; // the actual-pixels view is centred when it next shows
 };

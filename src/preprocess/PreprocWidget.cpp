@@ -5,6 +5,7 @@
 #include "preprocess/ImagePreviewDialog.h"
 #include "preprocess/PreprocControlPanel.h"
 #include "preprocess/PreviewRenderer.h"
+#include "preprocess/Tone.h"
 #include "ui/AppStrings.h"
 
 #include <QDir>
@@ -49,6 +50,7 @@ PreprocState PreprocWidget::withoutDirect(PreprocState state)
     if (state.fillMode == FillMode::Direct)
         state.fillMode = FillMode::BlurFill;
     state.rotationDegrees = ((state.rotationDegrees % 360) + 360) % 360;
+    state.tone = Tone::clamped(state.tone);
     return Framing::clamped(state);
 }
 
@@ -71,8 +73,12 @@ void PreprocWidget::setupUI()
     m_lowResolutionMark = new QLabel(QStringLiteral("⚠"), this);
     m_lowResolutionMark->setObjectName(QStringLiteral("tarnLowResMark"));
     m_lowResolutionMark->hide();
+    m_toneMark = new QLabel(QStringLiteral("◐"), this);
+    m_toneMark->setObjectName(QStringLiteral("tarnToneMark"));
+    m_toneMark->hide();
     nameRow->addWidget(m_lowResolutionMark);
     nameRow->addWidget(m_nameLabel);
+    nameRow->addWidget(m_toneMark); // beside the name, as a note on the picture
     left->addLayout(nameRow);
     m_controlPanel = new PreprocControlPanel(PreprocControlPanel::LayoutStyle::Stacked, false, true, this);
     m_controlPanel->setState(m_state);
@@ -152,6 +158,13 @@ void PreprocWidget::updateLowResolutionMark()
     m_lowResolutionMark->setVisible(!warning.isEmpty());
 }
 
+void PreprocWidget::updateToneMark()
+{
+    const bool toned = !Tone::isNeutral(m_state.tone);
+    m_toneMark->setToolTip(toned ? Str::toneMarkTip(Tone::description(m_state.tone)) : QString());
+    m_toneMark->setVisible(toned);
+}
+
 void PreprocWidget::showFramedPreview(const QImage &framed)
 {
     if (!framed.isNull())
@@ -176,6 +189,7 @@ void PreprocWidget::finishChange(bool refresh)
 {
     m_controlPanel->setState(m_state);
     updateLowResolutionMark();
+    updateToneMark();
     if (!refresh)
         return;
     refreshPreviewDisplay();
@@ -191,6 +205,14 @@ void PreprocWidget::setFillMode(FillMode mode, bool refresh)
 }
 
 void PreprocWidget::onFillModeSelected(FillMode mode) { setFillMode(mode, true); }
+
+void PreprocWidget::setTone(const ToneSettings &tone, bool refresh)
+{
+    PreprocState next = m_state;
+    next.tone = tone;
+    m_state = withoutDirect(next);
+    finishChange(refresh);
+}
 
 void PreprocWidget::stepRotate(int deltaDegrees, bool refresh)
 {
@@ -243,6 +265,7 @@ void PreprocWidget::swapContentWith(PreprocWidget *other)
         widget->showSourceName();
         widget->m_controlPanel->setState(widget->m_state);
         widget->updateLowResolutionMark();
+        widget->updateToneMark();
         widget->updatePreview();
     }
 }
@@ -252,6 +275,7 @@ void PreprocWidget::applyLanguage()
     m_controlPanel->applyLanguage();
     m_previewLabel->setToolTip(Str::clickPreviewTip());
     updateLowResolutionMark();
+    updateToneMark();
 }
 
 void PreprocWidget::openPreviewDialog()
@@ -287,5 +311,5 @@ QString PreprocWidget::applyPreprocessing(const QString &outputDir) const
     QDir().mkpath(outputDir);
     const QString path =
         QDir(outputDir).filePath(QFileInfo(m_sourcePath).completeBaseName() + QStringLiteral("_preproc.jpg"));
-    return exported.save(path, "JPEG", 92) ? path : QString();
+    return ImageLoader::writeJpeg(exported, path) ? path : QString();
 }

@@ -15,7 +15,7 @@ class QLabel;
 // The cell widget of an image row: the row's picture and its preprocessing state, with the
 // file name, a compact fill/rotate panel and a framed thumbnail that opens the preview dialog.
 // Its state never holds FillMode::Direct (a row always sends a prepared picture), its
-// rotation stays within 0..359 and its framing within its limits; fill changes keep the
+// rotation stays within 0..359 and its framing and tone within their limits; fill changes keep the
 // framing and rotations turn it with the picture. Setters take a refresh flag: with false nothing is redrawn
 // and nothing emitted, so batch code can refresh each row itself. Given a PreviewRenderer,
 // the framed thumbnail is drawn on worker threads and shown when it arrives; without one it
@@ -38,6 +38,8 @@ public:
     // Shown while the picture must be enlarged too much to fill the frame, its tool tip saying
     // by how much.
     QLabel *lowResolutionMark() const { return m_lowResolutionMark; }
+    // Shown while the picture has a tone other than Neutral, its tool tip naming it.
+    QLabel *toneMark() const { return m_toneMark; }
     // A framed thumbnail the renderer made for this widget's current content.
     void showFramedPreview(const QImage &framed);
 
@@ -58,6 +60,8 @@ public:
     QImage loadFullSourceImage() const;
 
     void setFillMode(FillMode mode, bool refresh);
+    // The tone alone: fill, rotation and framing stay.
+    void setTone(const ToneSettings &tone, bool refresh);
     void stepRotate(int deltaDegrees, bool refresh);
     void commitState(const PreprocState &state, bool refresh);
     void applyState(const PreprocState &state);
@@ -86,6 +90,7 @@ private:
     void finishChange(bool refresh);
     void showSourceName();
     void updateLowResolutionMark();
+    void updateToneMark();
     static PreprocState withoutDirect(PreprocState state);
 
     QString m_sourcePath;
@@ -96,6 +101,7 @@ private:
     QSize m_pictureSize;
     QLabel *m_nameLabel = nullptr;
     QLabel *m_lowResolutionMark = nullptr;
+    QLabel *m_toneMark = nullptr;
     PreprocControlPanel *m_controlPanel = nullptr;
     QLabel *m_previewLabel = nullptr;
     QPointer<PreviewRenderer> m_renderer;

@@ -11,7 +11,6 @@
 
 namespace {
 constexpr int kRenderThreads = 2; // the rows after the one being processed
-constexpr int kQuality = 92;
 } // namespace
 
 RenderAheadQueue::RenderAheadQueue(const QString &outputDir, QObject *parent)
@@ -30,8 +29,10 @@ RenderAheadQueue::~RenderAheadQueue()
         QDir(it.value()).removeRecursively();
 }
 
-QImage RenderAheadQueue::renderImage(const RenderRequest &request)
+QImage RenderAheadQueue::renderImage(const RenderRequest &request, ColourProfile::Problem *colourProblem)
 {
+    if (colourProblem)
+        *colourProblem = ColourProfile::Problem::None;
     if (request.state.fillMode == FillMode::Direct)
         return QImage();
     // The box is in the picture's own orientation, before its rotation.
@@ -43,18 +44,19 @@ QImage RenderAheadQueue::renderImage(const RenderRequest &request)
     box = QSize(qCeil(box.width() * zoom), qCeil(box.height() * zoom));
     const Qt::AspectRatioMode mode =
         request.state.fillMode == FillMode::CenterCrop ? Qt::KeepAspectRatioByExpanding : Qt::KeepAspectRatio;
-    const QImage source = ImageLoader::loadCovering(request.source, box, mode);
+    const QImage source = ImageLoader::loadCovering(request.source, box, mode, colourProblem);
     return source.isNull() ? QImage()
                            : renderPreprocExport(source, request.state, request.panel, request.landscape);
 }
 
-QString RenderAheadQueue::render(const RenderRequest &request, const QString &path)
+QString RenderAheadQueue::render(const RenderRequest &request, const QString &path,
+                                 ColourProfile::Problem *colourProblem)
 {
-    const QImage exported = renderImage(request);
+    const QImage exported = renderImage(request, colourProblem);
     if (exported.isNull())
         return QString();
     QDir().mkpath(QFileInfo(path).absolutePath());
-    return exported.save(path, "JPEG", kQuality) ? path : QString();
+    return ImageLoader::writeJpeg(exported, path) ? path : QString();
 }
 
 void RenderAheadQueue::request(quint64 rowId, const QByteArray &stamp, const RenderRequest &request)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "images/ColourProfile.h"
 #include "preprocess/ImagePreprocess.h"
 
 #include <QByteArray>
@@ -43,10 +44,12 @@ public:
 
     // The export picture of one row, on any thread, from its picture decoded no larger than the
     // composition needs (fitted into the frame for the fills, covering it for the crop);
-    // null when the picture cannot be read. render() writes it as JPEG quality 92 to path and
-    // gives path, or an empty text when that fails.
-    static QImage renderImage(const RenderRequest &request);
-    static QString render(const RenderRequest &request, const QString &path);
+    // null when the picture cannot be read. render() writes it as the program's JPEGs are
+    // written (ImageLoader::writeJpeg) to path and gives path, or an empty text when that fails.
+    // A colour profile of the picture's that cannot be used is reported through colourProblem.
+    static QImage renderImage(const RenderRequest &request, ColourProfile::Problem *colourProblem = nullptr);
+    static QString render(const RenderRequest &request, const QString &path,
+                          ColourProfile::Problem *colourProblem = nullptr);
 
 Q_SIGNALS:
     void ready(quint64 rowId);

@@ -8,6 +8,7 @@
 
 class QTableWidgetItem;
 enum class FillMode : qint32;
+enum class TonePreset : qint32;
 
 // The bilingual catalogue: one function per user-visible text. Each call builds its text
 // in the language UiLanguage holds at that moment, so callers fetch texts where they use
@@ -182,6 +183,8 @@ QString customPanelSizeInvalid();
 QString customPanelNoPlaylist();
 QString panelInfoInvalid();
 QString heicLoadFailed(const QString &path);
+// A picture whose colour profile cannot be used (damaged, or of a kind not converted).
+QString colourProfileWarning(const QString &name, bool damaged);
 QString playlistTooManyFrames(int limit);
 QString importSkippedPlaylistLimit(int skipped, int limit);
 
@@ -319,6 +322,39 @@ QString framingTip();
 QString showAsEpaper();
 QString epaperNote();
 QString lowResolutionWarning(const QString &pictureSize, double enlargement);
+// The tone of a picture, and the e-paper view at actual pixels.
+QString tonePresetName(TonePreset preset);
+QString tonePresetTip(TonePreset preset);
+QString toneExposurePart(double ev);
+QString toneContrastPart(int percent);
+QString toneSaturationPart(int percent);
+QString listSeparator();
+QString toneAdjustedName(const QString &preset);
+QString toneSuffix(const QString &name);
+QString toneMarkTip(const QString &description);
+QString toneCaption();
+QString exposureCaption();
+QString contrastCaption();
+QString saturationCaption();
+QString exposureValue(double ev);
+QString contrastValue(int percent);
+QString saturationValue(int percent);
+QString exposureTip();
+QString contrastTip();
+QString saturationTip();
+QString resetTone();
+QString resetToneTip();
+QString toneBefore();
+QString toneBeforeTip();
+QString batchToneButton();
+QString batchToneTip();
+QString batchToneTitle();
+QString batchToneHint(int count);
+QString batchToneApplied(const QString &tone, int count);
+QString actualPixels();
+QString actualPixelsTip();
+QString showAsEpaperTip();
+QString previewRendering();
 QString cropDialogTitle();
 QString cropDialogIntro();
 QString cropLandscapeMode();
@@ -346,9 +382,12 @@ QString saveListTitle();
 QString listFileFilter();
 QString listNotJson(const QString &reason, int offset);
 QString listNotAList();
-QString listWrongVersion(const QString &found, int supported);
+QString listWrongVersion(const QString &found, int oldest, int newest);
 QString listBadSettings();
 QString listBadPicture(int number);
+QString listBadTone(int number, const QString &what);
+QString toneUnknownPreset(const QString &key);
+QString toneOutOfRange(const QString &field, const QString &value, double low, double high);
 QString listTooLarge();
 QString listCannotRead(const QString &path, const QString &reason);
 QString listCannotWrite(const QString &path, const QString &reason);
@@ -405,6 +444,8 @@ QString packSeeHelp();
 QString packPictureMissing(const QString &path);
 QString packBadPanel(const QString &panel);
 QString packBadFill(const QString &fill);
+QString packOptionTone();
+QString packBadTone(const QString &tone);
 QString packBadInterval(const QString &value);
 QString packNoOutput();
 QString packNoPictures();

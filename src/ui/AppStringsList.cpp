@@ -185,6 +185,16 @@ QString customPanelNoPlaylist()
                 "Custom panel type cannot build a TF playlist. Choose 133 / 070 / 100 / 253 / 285.");
 }
 QString panelInfoInvalid() { return pick("面板信息无效。", "Invalid panel info."); }
+QString colourProfileWarning(const QString &name, bool damaged)
+{
+    return damaged ? pick("⚠ %1：颜色配置文件已损坏，图片按 sRGB 显示。",
+                          "⚠ %1: its colour profile is damaged; the picture is shown as sRGB.")
+                         .arg(name)
+                   : pick("⚠ %1：无法使用其颜色配置文件，图片按 sRGB 显示。",
+                          "⚠ %1: its colour profile cannot be used; the picture is shown as sRGB.")
+                         .arg(name);
+}
+
 QString heicLoadFailed(const QString &path)
 {
     return pick("无法读取 HEIC/HEIF 图片:\n%1\n\n请安装 Windows 的 HEIF 图像扩展，或先转换为 JPG/PNG。",

@@ -25,11 +25,11 @@ QString listNotAList()
     return pick("该文件不是本程序的图片列表。", "The file is not a picture list of this program.");
 }
 
-QString listWrongVersion(const QString &found, int supported)
+QString listWrongVersion(const QString &found, int oldest, int newest)
 {
-    return pick("该列表的格式版本为 %1，本程序只能读取版本 %2。",
-                "The list has format version %1; this program reads version %2.")
-        .arg(found.isEmpty() ? QStringLiteral("?") : found, QString::number(supported));
+    return pick("该列表的格式版本为 %1，本程序只能读取版本 %2 至 %3。",
+                "The list has format version %1; this program reads versions %2 to %3.")
+        .arg(found.isEmpty() ? QStringLiteral("?") : found, QString::number(oldest), QString::number(newest));
 }
 
 QString listBadSettings()

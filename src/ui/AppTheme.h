@@ -24,7 +24,8 @@ QString mutedLabelStyleSheet(const char *extra);
 // The rules of the controls that every picture row repeats, as part of the application's
 // sheet: fill-mode buttons (object name "tarnFillModeBtn", fillModeButtonStyleSheet()),
 // action buttons ("tarnActionBtn", actionButtonStyleSheet()), captions ("tarnPanelCaption",
-// muted, 11 px) and the framed thumbnail ("tarnRowPreview", transparent). A sheet of each
+// muted, 11 px), the framed thumbnail ("tarnRowPreview", transparent) and the row's marks
+// ("tarnLowResMark", "tarnToneMark"). A sheet of each
 // widget's own would be parsed and kept once per widget, for a thousand rows.
 QString rowControlsStyleRules();
 

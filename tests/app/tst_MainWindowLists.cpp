@@ -194,8 +194,8 @@ void TestMainWindowLists::brokenListChangesNothing()
 
     const QList<QPair<QByteArray, QString>> broken = {
         {whole.left(whole.size() - 40), "The file is not valid JSON"},
-        {QByteArray(whole).replace("\"version\": 1", "\"version\": 7"),
-         "The list has format version 7; this program reads version 1."},
+        {QByteArray(whole).replace("\"version\": 2", "\"version\": 7"),
+         "The list has format version 7; this program reads versions 1 to 2."},
         {QByteArray(whole).replace("\"zoom\": 1", "\"zoom\": -3"),
          "Picture 1 of the list is missing or invalid."},
     };

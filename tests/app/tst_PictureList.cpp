@@ -20,6 +20,7 @@ class TestPictureList : public QObject
 private Q_SLOTS:
     void initTestCase() { UiLanguage::set(UiLanguage::English); }
     void writtenIsReadBack();
+    void versionOneListsAreNeutral();
     void relativePathsAreTakenFromTheListsFolder();
     void faultyFilesGiveAMessage_data();
     void faultyFilesGiveAMessage();
@@ -34,8 +35,9 @@ private:
 PictureList TestPictureList::sample()
 {
     PictureList list;
-    list.pictures << PictureList::Picture{"/photos/a.jpg",
-                                          framedState(FillMode::CenterCrop, 0.1, 0.9, 2.5, 90)}
+    PreprocState vivid = framedState(FillMode::CenterCrop, 0.1, 0.9, 2.5, 90);
+    vivid.tone = {TonePreset::Vivid, 0.5, -0.25, 1.3};
+    list.pictures << PictureList::Picture{"/photos/a.jpg", vivid}
                   << PictureList::Picture{"/photos/b c/é.png", framedState(FillMode::Direct, 0.5, 0.5, 1.0)}
                   << PictureList::Picture{"/photos/c.heic",
                                           framedState(FillMode::BlackFill, 0.3, 0.5, 1.25, 270)};
@@ -69,7 +71,29 @@ void TestPictureList::writtenIsReadBack()
 
     const QJsonObject root = QJsonDocument::fromJson(written.toJson()).object();
     QCOMPARE(root.value("format").toString(), QString("velora-picture-list"));
-    QCOMPARE(root.value("version").toInt(), 1);
+    QCOMPARE(root.value("version").toInt(), 2);
+    const QJsonObject tone = root.value("pictures")[0].toObject().value("tone").toObject();
+    QCOMPARE(tone.value("preset").toString(), QString("vivid"));
+    QCOMPARE(tone.value("exposure").toDouble(), 0.5);
+    QCOMPARE(tone.value("contrast").toDouble(), -0.25);
+    QCOMPARE(tone.value("saturation").toDouble(), 1.3);
+    QCOMPARE(root.value("pictures")[1].toObject().value("tone").toObject().value("preset").toString(),
+             QString("neutral"));
+}
+
+void TestPictureList::versionOneListsAreNeutral()
+{
+    // A list written before tones: version 1, no tone (one that is there anyway is not read).
+    QByteArray json = sample().toJson().replace("\"version\": 2", "\"version\": 1");
+    QString error;
+    const std::optional<PictureList> read = PictureList::fromJson(json, "/", &error);
+    QVERIFY2(read, qPrintable(error));
+    QCOMPARE(read->pictures.size(), 3);
+    for (const PictureList::Picture &picture : read->pictures)
+        QVERIFY(picture.state.tone == ToneSettings());
+    QCOMPARE(read->pictures.first().state.zoom, 2.5); // the rest of the state is read
+    // Written again, it is a version-2 list.
+    QCOMPARE(QJsonDocument::fromJson(read->toJson()).object().value("version").toInt(), 2);
 }
 
 void TestPictureList::relativePathsAreTakenFromTheListsFolder()
@@ -92,10 +116,12 @@ void TestPictureList::faultyFilesGiveAMessage_data()
     QTest::newRow("an array") << QByteArray("[1, 2]") << "The file is not a picture list of this program.";
     QTest::newRow("another format") << edited("velora-picture-list", "other-list")
                                     << "The file is not a picture list of this program.";
-    QTest::newRow("newer version") << edited("\"version\": 1", "\"version\": 2")
-                                   << "The list has format version 2; this program reads version 1.";
-    QTest::newRow("no version") << edited("\"version\": 1", "\"versio\": 1")
-                                << "The list has format version ?; this program reads version 1.";
+    QTest::newRow("newer version") << edited("\"version\": 2", "\"version\": 3")
+                                   << "The list has format version 3; this program reads versions 1 to 2.";
+    QTest::newRow("version 0") << edited("\"version\": 2", "\"version\": 0")
+                               << "The list has format version 0; this program reads versions 1 to 2.";
+    QTest::newRow("no version") << edited("\"version\": 2", "\"versio\": 2")
+                                << "The list has format version ?; this program reads versions 1 to 2.";
     QTest::newRow("bad orientation") << edited("\"landscape\"", "\"sideways\"")
                                      << "The list's settings are missing or invalid.";
     QTest::newRow("interval out of range") << edited("\"interval_minutes\": 1440", "\"interval_minutes\": 1")
@@ -106,6 +132,17 @@ void TestPictureList::faultyFilesGiveAMessage_data()
                                   << "Picture 3 of the list is missing or invalid.";
     QTest::newRow("unknown fill") << edited("\"fill\": \"direct\"", "\"fill\": \"stretch\"")
                                   << "Picture 2 of the list is missing or invalid.";
+    QTest::newRow("unknown tone") << edited("\"vivid\"", "\"sepia\"")
+                                  << "Picture 1 in the list has an invalid tone: unknown preset \"sepia\".";
+    QTest::newRow("exposure out of range")
+        << edited("\"exposure\": 0.5", "\"exposure\": 5")
+        << "Picture 1 in the list has an invalid tone: exposure 5 is outside -2 … 2.";
+    QTest::newRow("saturation below 0")
+        << edited("\"saturation\": 1.3", "\"saturation\": -1")
+        << "Picture 1 in the list has an invalid tone: saturation -1 is outside 0 … 2.";
+    QTest::newRow("contrast not a number")
+        << edited("\"contrast\": -0.25", "\"contrast\": \"lots\"")
+        << "Picture 1 in the list has an invalid tone: contrast lots is outside -1 … 1.";
     QTest::newRow("no pictures") << edited("\"pictures\"", "\"picture\"")
                                  << "The list has no picture entries.";
 }

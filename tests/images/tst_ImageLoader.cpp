@@ -7,6 +7,7 @@
 #include "HeicWriter.h"
 #include "TestFiles.h"
 
+#include <QColorSpace>
 #include <QCryptographicHash>
 #include <QDateTime>
 #include <QDir>
@@ -52,6 +53,7 @@ private Q_SLOTS:
     void unconvertibleHeicGivesEmptyPath();
     void removeCachedConversion();
     void wicPixelsBecomeRgb32WithoutAlpha();
+    void wicColourContextBecomesAProfile();
 
 private:
     QString path(const QString &name) const { return m_dir.filePath(name); }
@@ -65,7 +67,7 @@ void TestImageLoader::initTestCase()
     qputenv("TMPDIR", QFile::encodeName(m_dir.filePath(QStringLiteral("tmp"))));
     QVERIFY(QDir().mkpath(m_dir.filePath(QStringLiteral("tmp"))));
     QCOMPARE(ImageLoader::heicCacheDir(), m_dir.filePath(QStringLiteral("tmp/tarngui_heic_cache")));
-    ImageLoader::applyAllocationLimit(); // as the program does at start-up
+    ImageLoader::prepareReaders(); // as the program does at start-up
     UiLanguage::set(UiLanguage::English);
 }
 
@@ -232,8 +234,8 @@ void TestImageLoader::heicIsConvertedOnceIntoTheCache()
     const QString source = path("cache_me.heic");
     QVERIFY(HeicWriter::write(source, TestFiles::markedImage(200, 100)));
     const QFileInfo info(source);
-    const QByteArray key =
-        info.absoluteFilePath().toUtf8() + '|' + QByteArray::number(info.lastModified().toMSecsSinceEpoch());
+    const QByteArray key = "srgb|" + info.absoluteFilePath().toUtf8() + '|' +
+                           QByteArray::number(info.lastModified().toMSecsSinceEpoch());
     const QString expected =
         QDir(ImageLoader::heicCacheDir())
             .filePath(QCryptographicHash::hash(key, QCryptographicHash::Md5).toHex() + ".jpg");
@@ -318,6 +320,19 @@ void TestImageLoader::wicPixelsBecomeRgb32WithoutAlpha()
     wic.bgra.pop_back();
     QVERIFY(imageFromWicBgra(wic).isNull());
     QVERIFY(imageFromWicBgra(WicImage()).isNull());
+}
+
+void TestImageLoader::wicColourContextBecomesAProfile()
+{
+    WicImage wic;
+    QVERIFY(colourFromWic(wic).isSrgb());
+    wic.exifColorSpace = 1; // sRGB
+    QVERIFY(colourFromWic(wic).isSrgb());
+    wic.exifColorSpace = 2; // Adobe RGB
+    QCOMPARE(QColorSpace::fromIccProfile(colourFromWic(wic).icc), QColorSpace(QColorSpace::AdobeRgb));
+    const QByteArray p3 = QColorSpace(QColorSpace::DisplayP3).iccProfile();
+    wic.icc.assign(p3.begin(), p3.end()); // the profile wins over the EXIF colour space
+    QCOMPARE(colourFromWic(wic).icc, p3);
 }
 
 QTEST_MAIN(TestImageLoader)

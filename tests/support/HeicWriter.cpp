@@ -15,6 +15,9 @@ struct Style {
     int quality = 95;
     const char *preset = nullptr;
     int thumbnailSide = 0;
+    QByteArray icc;
+    int nclxPrimaries = 0; // 0: no nclx description of our own
+    int nclxTransfer = 0;
 };
 
 bool encode(const QString &path, const QImage &source, int exifOrientation, bool withAlpha,
@@ -37,6 +40,18 @@ bool encode(const QString &path, const QImage &source, int exifOrientation, bool
     ok = ok &&
          heif_image_add_plane(picture, heif_channel_interleaved, image.width(), image.height(), 8).code ==
              heif_error_Ok;
+    if (ok && !style.icc.isEmpty())
+        ok = heif_image_set_raw_color_profile(picture, "prof", style.icc.constData(), size_t(style.icc.size()))
+                 .code == heif_error_Ok;
+    heif_color_profile_nclx *nclx = nullptr;
+    if (ok && style.nclxPrimaries > 0) {
+        nclx = heif_nclx_color_profile_alloc();
+        heif_nclx_color_profile_set_color_primaries(nclx, uint16_t(style.nclxPrimaries));
+        heif_nclx_color_profile_set_transfer_characteristics(nclx, uint16_t(style.nclxTransfer));
+        heif_nclx_color_profile_set_matrix_coefficients(nclx, 6);
+        nclx->full_range_flag = 1;
+        ok = heif_image_set_nclx_color_profile(picture, nclx).code == heif_error_Ok;
+    }
     if (ok) {
         int stride = 0;
         uint8_t *plane = heif_image_get_plane(picture, heif_channel_interleaved, &stride);
@@ -45,6 +60,9 @@ bool encode(const QString &path, const QImage &source, int exifOrientation, bool
             std::memcpy(plane + qsizetype(y) * stride, image.constScanLine(y), size_t(rowBytes));
         options = heif_encoding_options_alloc();
         options->image_orientation = static_cast<heif_orientation>(exifOrientation);
+        options->output_nclx_profile = nclx; // the description written is the one given
+        // libheif leaves a picture's nclx box out by default, for an old viewer's sake.
+        options->macOS_compatibility_workaround_no_nclx_profile = nclx == nullptr;
         heif_image_handle *handle = nullptr;
         ok = heif_context_encode_image(context, picture, encoder, options, &handle).code == heif_error_Ok;
         if (ok && style.thumbnailSide > 0) {
@@ -65,6 +83,8 @@ bool encode(const QString &path, const QImage &source, int exifOrientation, bool
     }
     if (options)
         heif_encoding_options_free(options);
+    if (nclx)
+        heif_nclx_color_profile_free(nclx);
     if (picture)
         heif_image_release(picture);
     if (encoder)
@@ -82,7 +102,22 @@ bool write(const QString &path, const QImage &image, int exifOrientation, bool w
 
 bool writePhoneLike(const QString &path, const QImage &image)
 {
-    return encode(path, image, 1, false, Style{90, "ultrafast", 320});
+    return encode(path, image, 1, false, Style{90, "ultrafast", 320, {}, 0, 0});
+}
+
+bool writeWithProfile(const QString &path, const QImage &image, const QByteArray &icc)
+{
+    Style style;
+    style.icc = icc;
+    return encode(path, image, 1, false, style);
+}
+
+bool writeWithNclx(const QString &path, const QImage &image, int primaries, int transfer)
+{
+    Style style;
+    style.nclxPrimaries = primaries;
+    style.nclxTransfer = transfer;
+    return encode(path, image, 1, false, style);
 }
 
 } // namespace HeicWriter

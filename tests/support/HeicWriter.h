@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QByteArray>
 #include <QImage>
 #include <QString>
 
@@ -15,5 +16,11 @@ bool write(const QString &path, const QImage &image, int exifOrientation = 1, bo
 // As a phone writes a photo: quality 90, a 320 x 240 thumbnail beside the picture, and the
 // encoder's fastest preset (a 12-megapixel picture takes about 2 s instead of 13).
 bool writePhoneLike(const QString &path, const QImage &image);
+
+// With its colours described by an ICC profile (a "prof" colour box).
+bool writeWithProfile(const QString &path, const QImage &image, const QByteArray &icc);
+// With its colours described by nclx code points (primaries and transfer; the matrix is
+// BT.601's, at full range).
+bool writeWithNclx(const QString &path, const QImage &image, int primaries, int transfer);
 
 } // namespace HeicWriter

@@ -57,7 +57,7 @@ fi
 export WINEPREFIX="$work/wineprefix" WINEDEBUG=-all WINEDLLOVERRIDES="mscoree,mshtml="
 # wine's server keeps an inherited pipe open: the output goes to a file, then the server ends.
 (cd "$work/fixtures" && timeout 120 wine "$work/wic_probe.exe" half.png photo.jpg "ünïcödé-名前.png" \
-    missing.png notes.png phone.heic > "$work/probe.out" 2>"$work/probe.err" </dev/null)
+    missing.png notes.png phone.heic p3.png p3.jpg > "$work/probe.out" 2>"$work/probe.err" </dev/null)
 status=$?
 wineserver -k 2>/dev/null || true
 [ "$status" -eq 0 ] || fail "the probe exited with $status under wine"
@@ -73,6 +73,14 @@ expect "4 fail CreateDecoderFromFilename 0x80070002"   # file not found
 expect "5 fail CreateDecoderFromFilename 0x88982f50"   # no decoder for a text file
 expect "6 fail CreateDecoderFromFilename 0x88982f50"   # wine has no HEIF codec
 expect "threads ok 3 2"                   # COM joined on each worker thread
+# The colour context: the PNG's Display P3 profile, whole; the tagged JPEG still decodes (wine's
+# JPEG decoder reports no colour context, Windows' does).
+p3_size="$(cat "$work/fixtures/p3.size")"
+expect "7 ok 8 6 250 250 250 255"
+expect "7 colour $p3_size 1 0"
+expect "8 ok 8 6 250 250 250 255"
+if grep -q '^8 colour' "$work/probe.txt"; then expect "8 colour $p3_size 1 0"; fi
+grep -q '^[1-6] colour' "$work/probe.txt" && fail "an untagged picture reported a colour context"
 grep -Eq '^2 ok 8 6 2(4[5-9]|5[0-5]) 2(4[5-9]|5[0-5]) 2(4[5-9]|5[0-5]) 255$' "$work/probe.txt" \
     || fail "the JPEG did not decode to 8x6 near-white opaque pixels"
 

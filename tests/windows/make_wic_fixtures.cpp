@@ -1,8 +1,10 @@
 // Writes the pictures the Windows check decodes under wine: a PNG with a half-transparent
 // first pixel, a JPEG, the same PNG under a non-ASCII name, a text file named like a
-// picture, and a HEIC (which wine has no codec for).
+// picture, a HEIC (which wine has no codec for), and a PNG and a JPEG tagged Display P3,
+// whose profile's size is written to p3.size.
 #include "HeicWriter.h"
 
+#include <QColorSpace>
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
@@ -29,5 +31,12 @@ int main(int argc, char *argv[])
     text.close();
 
     ok = ok && HeicWriter::write(out.filePath("phone.heic"), jpeg);
+
+    const QColorSpace p3(QColorSpace::DisplayP3);
+    QImage tagged = jpeg;
+    tagged.setColorSpace(p3);
+    ok = ok && tagged.save(out.filePath("p3.png"), "PNG") && tagged.save(out.filePath("p3.jpg"), "JPEG", 95);
+    QFile size(out.filePath("p3.size"));
+    ok = ok && size.open(QIODevice::WriteOnly) && size.write(QByteArray::number(p3.iccProfile().size())) > 0;
     return ok ? 0 : 1;
 }
