@@ -39,7 +39,7 @@ void FramingSurface::mousePressEvent(QMouseEvent *event)
     }
     setFocus(Qt::MouseFocusReason);
     m_dragging = true;
-    m_last = event->position().toPoint();
+    m_last = event->globalPosition().toPoint(); // global: at actual pixels the surface moves under the mouse
     setCursor(Qt::ClosedHandCursor);
     event->accept();
 }
@@ -50,7 +50,7 @@ void FramingSurface::mouseMoveEvent(QMouseEvent *event)
         QLabel::mouseMoveEvent(event);
         return;
     }
-    const QPoint at = event->position().toPoint();
+    const QPoint at = event->globalPosition().toPoint();
     const QPoint delta = at - m_last;
     m_last = at;
     if (!delta.isNull())

@@ -161,7 +161,7 @@ QString presetKey(TonePreset preset)
 std::optional<TonePreset> presetFromKey(const QString &key)
 {
     for (const Preset &preset : kPresets) {
-        if (key == QLatin1String(preset.key))
+        if (key.compare(QLatin1String(preset.key), Qt::CaseInsensitive) == 0)
             return preset.preset;
     }
     return std::nullopt;

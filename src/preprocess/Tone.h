@@ -45,7 +45,7 @@ ToneSettings clamped(ToneSettings tone);
 // The image toned; the same image when the tone is neutral. Alpha is kept.
 QImage apply(QImage image, const ToneSettings &tone);
 
-// The names of the presets in picture lists and on velora-pack's command line.
+// The names of the presets in picture lists and on velora-pack's command line (read in any case).
 QString presetKey(TonePreset preset);
 std::optional<TonePreset> presetFromKey(const QString &key);
 

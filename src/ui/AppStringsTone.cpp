@@ -134,8 +134,8 @@ QString packOptionTone()
 }
 QString packBadTone(const QString &tone)
 {
-    return pick("未知的色调“%1”：请使用 neutral、balanced、vivid、soft 或 monochrome。",
-                "Unknown tone \"%1\": use neutral, balanced, vivid, soft or monochrome.")
+    return pick("未知的色调: %1（可用 neutral、balanced、vivid、soft、monochrome）",
+                "Unknown tone: %1 (use neutral, balanced, vivid, soft or monochrome)")
         .arg(tone);
 }
 

@@ -4,6 +4,7 @@
 #include "app/PictureList.h"
 #include "images/ImageTableWidget.h"
 #include "preprocess/PreprocWidget.h"
+#include "preprocess/Tone.h"
 
 #include "FramedState.h"
 #include "HeicWriter.h"
@@ -37,6 +38,7 @@ private Q_SLOTS:
     void helpAndVersion();
     void samePackageAsTheWindowFromAList();
     void samePackageAsTheWindowFromTheCommandLine();
+    void toneGivesTheWindowsPackage();
     void heicPicturesAreConvertedAsTheWindowDoes();
     void progressAndSummary();
     void usageErrors_data();
@@ -84,7 +86,7 @@ void TestVeloraPack::helpAndVersion()
     QVERIFY(help.out.contains("[OPTIONS] PICTURE_OR_FOLDER…"));
     for (const char *option :
          {"--out <DIR>", "--key <KEY.json>", "--panel <PANEL>", "--landscape",
-          "--fill <blur|white|black|crop>", "--interval <MIN>", "--no-loop", "--list <LIST.json>"})
+          "--fill <blur|white|black|crop>", "--tone <PRESET>", "--interval <MIN>", "--no-loop", "--list <LIST.json>"})
         QVERIFY2(help.out.contains(option), option);
     QVERIFY(help.out.contains("Exit codes:\n  0  the package was written\n"));
     const Result version = pack({"--version"});
@@ -100,6 +102,7 @@ void TestVeloraPack::samePackageAsTheWindowFromAList()
     m_window->preprocWidgetAt(0)->applyState(framedState(FillMode::CenterCrop, 0.1, 0.9, 2.0, 90));
     m_window->preprocWidgetAt(1)->applyState(framedState(FillMode::Direct, 0.5, 0.5, 1.0));
     m_window->preprocWidgetAt(2)->applyState(framedState(FillMode::WhiteFill, 0.3, 0.5, 1.5, 180));
+    m_window->preprocWidgetAt(2)->setTone({TonePreset::Soft, 0.5, 0.2, 1.5}, true);
     comboStartingWith(*m_window, "Portrait (0)")->setCurrentIndex(1);
     m_window->setPlaylistIntervalMinutes(240);
     withText<QCheckBox>(*m_window, "Loop playback")->setChecked(false);
@@ -132,6 +135,24 @@ void TestVeloraPack::samePackageAsTheWindowFromTheCommandLine()
     QVERIFY2(result.exitCode == 0, qPrintable(result.err));
     QCOMPARE(TestFiles::contents(m_fixture->path("cli/vl_play")), TestFiles::contents(packageDir()));
     expectPackage({Qt::yellow, Qt::red});
+}
+
+void TestVeloraPack::toneGivesTheWindowsPackage()
+{
+    const QStringList pictures = addPictures({TestFiles::positionImage(800, 600), TestFiles::positionImage(600, 800)});
+    check({0, 1});
+    QCOMPARE(m_window->applyToneToCheckedRows(ToneSettings{TonePreset::Vivid}), 2);
+    runWindow();
+
+    const Result result = pack({"--out", m_fixture->path("cli"), "--tone", "vivid", pictures.at(0), pictures.at(1)});
+    QVERIFY2(result.exitCode == 0, qPrintable(result.err));
+    const auto window = TestFiles::contents(packageDir());
+    QCOMPARE(TestFiles::contents(m_fixture->path("cli/vl_play")), window);
+    // Without the tone, the frames are other ones.
+    const Result plain = pack({"--out", m_fixture->path("plain"), pictures.at(0), pictures.at(1)});
+    QVERIFY2(plain.exitCode == 0, qPrintable(plain.err));
+    QVERIFY(TestFiles::contents(m_fixture->path("plain/vl_play")).value("frame_000.bin") !=
+            window.value("frame_000.bin"));
 }
 
 void TestVeloraPack::heicPicturesAreConvertedAsTheWindowDoes()
@@ -182,6 +203,8 @@ void TestVeloraPack::usageErrors_data()
                                      << "No such picture or folder: /nonexistent.png";
     QTest::newRow("bad fill") << QStringList{"--out", "o", "--fill", "stretch", "."}
                               << "Unknown fill mode: stretch (use blur, white, black or crop)";
+    QTest::newRow("bad tone") << QStringList{"--out", "o", "--tone", "sepia", "."}
+                              << "Unknown tone: sepia (use neutral, balanced, vivid, soft or monochrome)";
     QTest::newRow("bad interval") << QStringList{"--out", "o", "--interval", "2", "."}
                                   << "The interval must be 3 to 50000 minutes: 2";
     QTest::newRow("bad panel") << QStringList{"--out", "o", "--panel", "999", "."}
