@@ -1,8 +1,10 @@
 // Measures framing a 12-megapixel photo in the preview dialog: the cost of one update of the
 // framed preview while the picture is dragged or zoomed (what the user waits for between two
 // mouse moves), beside the cost of rendering the preview at the panel's resolution, which is
-// what every update would cost without the screen-size render; and the e-paper look of a
-// 1200 x 1600 composition.
+// what every update would cost without the screen-size render; the e-paper look of a
+// 1200 x 1600 composition; and the dialog's longest freeze (the longest time its event loop
+// stood still) while the picture is framed, toned and switched to e-paper or actual pixels,
+// with the time until the render at the panel's resolution arrived.
 //
 //   bench_framing [PHOTO] [--moves N]
 //
@@ -10,14 +12,20 @@
 #include "BenchPhotos.h"
 #include "BenchSetup.h"
 #include "FramedState.h"
+#include "Heartbeat.h"
 #include "images/ImageLoader.h"
 #include "preprocess/EpaperLook.h"
 #include "preprocess/ImagePreviewDialog.h"
+#include "preprocess/PanelRenderer.h"
+#include "preprocess/ToneControls.h"
 
 #include <QApplication>
 #include <QCheckBox>
 #include <QElapsedTimer>
+#include <QComboBox>
 #include <QLabel>
+#include <QPushButton>
+#include <QSlider>
 #include <QTest>
 #include <QWheelEvent>
 
@@ -110,13 +118,68 @@ Spread wheelUpdates(const QImage &photo, const PreprocState &state, int steps)
     return spread;
 }
 
-Spread fullUpdates(const QImage &photo, const PreprocState &state, bool epaper, int count)
+// The render at the panel's resolution itself, as the dialog's worker makes it.
+Spread fullRenders(const QImage &photo, const PreprocState &state, bool epaper, int count)
 {
-    ImagePreviewDialog dialog(photo, kPanel, false, state);
+    const PanelRenderer::Request request{photo, state, kPanel, false, epaper, QSize(390, 520)};
+    return timeEach(count, [&](int) { (void)PanelRenderer::render(request); });
+}
+
+bool waitForFullRender(const ImagePreviewDialog &dialog)
+{
+    return QTest::qWaitFor([&dialog] { return !dialog.isShowingQuickPreview(); }, 30000);
+}
+
+// Runs a gesture of the user's in the shown dialog, with the event loop running between its
+// steps as it does between mouse moves, and then waits for the render at the panel's resolution.
+void freezeThrough(const char *name, ImagePreviewDialog &dialog, const std::function<void()> &gesture)
+{
+    waitForFullRender(dialog);
+    QTest::qWait(50);
+    const Heartbeat heartbeat;
+    QTest::qWait(30);
+    gesture();
+    QElapsedTimer untilFull;
+    untilFull.start();
+    const bool arrived = waitForFullRender(dialog);
+    const qint64 fullMs = untilFull.elapsed();
+    QTest::qWait(30);
+    std::printf("  %-36s longest freeze %5lld ms   full render after %5lld ms%s\n", name,
+                static_cast<long long>(heartbeat.longestGapMs()), static_cast<long long>(fullMs),
+                arrived ? "" : " (did not arrive)");
+    std::fflush(stdout);
+}
+
+void freezes(const QImage &photo)
+{
+    ImagePreviewDialog dialog(photo, kPanel, false, framedState(FillMode::CenterCrop, 0.5, 0.5, 1.5));
     dialog.show();
-    if (epaper)
-        dialog.epaperCheckBox()->setChecked(true);
-    return timeEach(count, [&](int) { dialog.refreshPreview(); });
+    QWidget *surface = dialog.previewLabel();
+    const QPoint from = surface->rect().center();
+    const auto drag = [&] {
+        QTest::mousePress(surface, Qt::LeftButton, {}, from);
+        for (int i = 1; i <= 30; ++i) {
+            QTest::mouseMove(surface, from + QPoint(i * 4, i));
+            QTest::qWait(16); // a mouse at 60 Hz
+        }
+        QTest::mouseRelease(surface, Qt::LeftButton, {}, from + QPoint(120, 30));
+    };
+    freezeThrough("drag, then release", dialog, drag);
+    QSlider *exposure = dialog.toneControls()->exposureSlider();
+    freezeThrough("tone: preset Vivid", dialog,
+                  [&] { dialog.toneControls()->presetBox()->setCurrentIndex(int(TonePreset::Vivid)); });
+    freezeThrough("tone: exposure slider moved", dialog, [&] {
+        for (int step = 1; step <= 20; ++step) {
+            exposure->setValue(step * exposure->maximum() / 40);
+            QTest::qWait(16);
+        }
+    });
+    freezeThrough("switched to e-paper", dialog, [&] { dialog.epaperCheckBox()->click(); });
+    freezeThrough("drag as e-paper, then release", dialog, drag);
+    freezeThrough("switched to actual pixels", dialog, [&] { dialog.actualPixelsButton()->click(); });
+    freezeThrough("switched to plain at actual pixels", dialog, [&] { dialog.epaperCheckBox()->click(); });
+    freezeThrough("before/after at actual pixels", dialog, [&] { dialog.beforeButton()->click(); });
+    freezeThrough("back to the fitted view", dialog, [&] { dialog.actualPixelsButton()->click(); });
 }
 
 } // namespace
@@ -172,9 +235,14 @@ int main(int argc, char *argv[])
          "as every update would cost"},
         {"full render as e-paper, blur fill", framedState(FillMode::BlurFill, 0.5, 0.5, 1.0), true,
          "render + e-paper + frame"},
+        {"full render, Vivid, centre crop", PreprocState{FillMode::CenterCrop, 0, 0.5, 0.5, 1.0, {TonePreset::Vivid}},
+         false, "with the tone"},
     };
     for (const FullCase &c : fullCases)
-        report(c.name, fullUpdates(photo, c.state, c.epaper, fullRounds), c.note);
+        report(c.name, fullRenders(photo, c.state, c.epaper, fullRounds), c.note);
+
+    std::printf("\nThe dialog's longest freeze through a gesture (target: under 100 ms)\n");
+    freezes(photo);
 
     std::printf("\nThe e-paper look of a 1200x1600 composition (target: 150 ms)\n");
     const QImage composition =

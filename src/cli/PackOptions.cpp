@@ -20,7 +20,7 @@ QList<QCommandLineOption> optionList()
         {QStringLiteral("panel"), Str::packOptionPanel(), QStringLiteral("PANEL")},
         {QStringLiteral("landscape"), Str::packOptionLandscape()},
         {QStringLiteral("fill"), Str::packOptionFill(), QStringLiteral("blur|white|black|crop")},
-        {QStringLiteral("tone"), Str::packOptionTone(), QStringLiteral("PRESET")},
+        {QStringLiteral("tone"), Str::packOptionTone(), QStringLiteral("neutral|balanced|vivid|soft|monochrome")},
         {QStringLiteral("interval"), Str::packOptionInterval(), QStringLiteral("MIN")},
         {QStringLiteral("no-loop"), Str::packOptionNoLoop()},
         {QStringLiteral("list"), Str::packOptionList(), QStringLiteral("LIST.json")},

@@ -18,12 +18,26 @@ QSize compositionSize(const QSize &panel, bool landscape)
     return landscape && isValidSize(panel) ? panel.transposed() : panel;
 }
 
-// The picture turned and toned, then placed in the frame. The tone comes before the fill, so
-// that a white or black surround stays the panel's pure white or black.
+// Where a framed picture shows the picture: all of the frame, but for the surround of a white
+// or black fill, which stays the panel's pure white or black whatever the tone.
+QRect pictureArea(const QSize &rotated, const PreprocState &state, const QImage &framed)
+{
+    if (state.fillMode != FillMode::WhiteFill && state.fillMode != FillMode::BlackFill)
+        return framed.rect();
+    const PreprocState framing = Framing::clamped(state);
+    const QRectF drawn = Framing::pictureRect(rotated, state.fillMode, framed.size(),
+                                              QPointF(framing.focusX, framing.focusY), framing.zoom);
+    return drawn.isEmpty() ? framed.rect() : drawn.toAlignedRect() & framed.rect();
+}
+
+// The picture turned and placed in the frame, then toned. The tone works on the frame's pixels
+// (a few megapixels), not on every pixel of a large photo, most of which the frame drops.
 QImage composed(const QImage &image, const PreprocState &state, const QSize &target)
 {
-    return Framing::renderFramed(Tone::apply(rotateImageByDegrees(image, state.rotationDegrees), state.tone), state,
-                                 target);
+    const QImage rotated = rotateImageByDegrees(image, state.rotationDegrees);
+    QImage framed = Framing::renderFramed(rotated, state, target);
+    Tone::applyWithin(framed, pictureArea(rotated.size(), state, framed), state.tone);
+    return framed;
 }
 } // namespace
 

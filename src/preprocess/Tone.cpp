@@ -2,6 +2,7 @@
 
 #include "ui/AppStrings.h"
 
+#include <QColorSpace>
 #include <QStringList>
 
 #include <algorithm>
@@ -122,34 +123,67 @@ ToneSettings clamped(ToneSettings tone)
     return tone;
 }
 
+namespace {
+
+// Tones the area of source into the same place of target (both 32-bit RGB, of one size).
+void toneArea(const QImage &source, QImage &target, const QRect &area, const ToneSettings &tone)
+{
+    const Adjustment adjustment = adjustmentOf(tone);
+    const std::array<uchar, 256> curve = toneCurve(adjustment);
+    const int saturation = int(std::lround(adjustment.saturation * 256)); // 8.8 fixed point
+    // Towards or away from the pixel's own grey (Rec. 709 weights, in 1/256, exact for greys),
+    // in 16.16 fixed point: c' = grey + saturation * (c - grey), rounded and clamped.
+    const auto saturated = [saturation](int grey256, int c) {
+        const int value = grey256 * 256 + saturation * (c * 256 - grey256) + (1 << 15);
+        return std::clamp(value, 0, (256 << 16) - 1) >> 16;
+    };
+    for (int y = area.top(); y <= area.bottom(); ++y) {
+        const auto *in = reinterpret_cast<const QRgb *>(source.constScanLine(y));
+        auto *out = reinterpret_cast<QRgb *>(target.scanLine(y));
+        for (int x = area.left(); x <= area.right(); ++x) {
+            const QRgb pixel = in[x];
+            int r = curve[size_t(qRed(pixel))], g = curve[size_t(qGreen(pixel))], b = curve[size_t(qBlue(pixel))];
+            if (saturation != 256) {
+                const int grey256 = 54 * r + 183 * g + 19 * b;
+                r = saturated(grey256, r);
+                g = saturated(grey256, g);
+                b = saturated(grey256, b);
+            }
+            out[x] = qRgba(r, g, b, qAlpha(pixel));
+        }
+    }
+}
+
+QImage::Format toneFormat(const QImage &image)
+{
+    return image.hasAlphaChannel() ? QImage::Format_ARGB32 : QImage::Format_RGB32;
+}
+
+} // namespace
+
 QImage apply(QImage image, const ToneSettings &tone)
 {
     if (image.isNull() || isNeutral(tone))
         return image;
-    const Adjustment adjustment = adjustmentOf(tone);
-    const std::array<uchar, 256> curve = toneCurve(adjustment);
-    const auto saturation = float(adjustment.saturation);
-    image = std::move(image).convertToFormat(image.hasAlphaChannel() ? QImage::Format_ARGB32
-                                                                      : QImage::Format_RGB32);
-    for (int y = 0; y < image.height(); ++y) {
-        auto *line = reinterpret_cast<QRgb *>(image.scanLine(y));
-        for (int x = 0; x < image.width(); ++x) {
-            const QRgb pixel = line[x];
-            int r = curve[size_t(qRed(pixel))], g = curve[size_t(qGreen(pixel))], b = curve[size_t(qBlue(pixel))];
-            if (saturation != 1.0f) {
-                // Towards or away from the pixel's own grey (Rec. 709 weights, exact for greys).
-                const float grey = float(54 * r + 183 * g + 19 * b) / 256.0f;
-                const auto from = [grey, saturation](int c) {
-                    return std::clamp(int(std::lround(grey + saturation * (float(c) - grey))), 0, 255);
-                };
-                r = from(r);
-                g = from(g);
-                b = from(b);
-            }
-            line[x] = qRgba(r, g, b, qAlpha(pixel));
-        }
-    }
-    return image;
+    const QImage source = image.format() == toneFormat(image) ? image : image.convertToFormat(toneFormat(image));
+    QImage toned(source.size(), source.format());
+    if (toned.isNull())
+        return image; // no memory for the toned copy: the picture as it is
+    toned.setDotsPerMeterX(source.dotsPerMeterX());
+    toned.setDotsPerMeterY(source.dotsPerMeterY());
+    toned.setColorSpace(source.colorSpace());
+    toneArea(source, toned, toned.rect(), tone);
+    return toned;
+}
+
+void applyWithin(QImage &image, const QRect &area, const ToneSettings &tone)
+{
+    const QRect within = area & image.rect();
+    if (image.isNull() || within.isEmpty() || isNeutral(tone))
+        return;
+    if (image.format() != toneFormat(image))
+        image.convertTo(toneFormat(image));
+    toneArea(image, image, within, tone);
 }
 
 QString presetKey(TonePreset preset)

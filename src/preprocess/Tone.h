@@ -4,6 +4,7 @@
 
 #include <QImage>
 #include <QList>
+#include <QRect>
 #include <QString>
 
 #include <optional>
@@ -44,6 +45,8 @@ ToneSettings clamped(ToneSettings tone);
 
 // The image toned; the same image when the tone is neutral. Alpha is kept.
 QImage apply(QImage image, const ToneSettings &tone);
+// The area of the image toned in place, the rest left as it is.
+void applyWithin(QImage &image, const QRect &area, const ToneSettings &tone);
 
 // The names of the presets in picture lists and on velora-pack's command line (read in any case).
 QString presetKey(TonePreset preset);

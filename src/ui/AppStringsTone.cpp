@@ -129,8 +129,8 @@ QString toneOutOfRange(const QString &field, const QString &value, double low, d
 
 QString packOptionTone()
 {
-    return pick("为每张图片设置此色调：neutral、balanced、vivid、soft 或 monochrome。",
-                "Give every picture this tone: neutral, balanced, vivid, soft or monochrome.");
+    return pick("每张图片的色调预设（默认：列表中各图片自己的色调，否则为 neutral）。",
+                "Tone preset of every picture (default: a list's own tones, otherwise neutral).");
 }
 QString packBadTone(const QString &tone)
 {

@@ -86,7 +86,8 @@ void TestVeloraPack::helpAndVersion()
     QVERIFY(help.out.contains("[OPTIONS] PICTURE_OR_FOLDER…"));
     for (const char *option :
          {"--out <DIR>", "--key <KEY.json>", "--panel <PANEL>", "--landscape",
-          "--fill <blur|white|black|crop>", "--tone <PRESET>", "--interval <MIN>", "--no-loop", "--list <LIST.json>"})
+          "--fill <blur|white|black|crop>", "--tone <neutral|balanced|vivid|soft|monochrome>",
+          "--interval <MIN>", "--no-loop", "--list <LIST.json>"})
         QVERIFY2(help.out.contains(option), option);
     QVERIFY(help.out.contains("Exit codes:\n  0  the package was written\n"));
     const Result version = pack({"--version"});

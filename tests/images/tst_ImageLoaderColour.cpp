@@ -47,6 +47,15 @@ QImage asJpeg(const QImage &image)
 
 QString deltaText(double error) { return QStringLiteral("mean ΔE %1").arg(error); }
 
+// Prints a picture's error as loaded beside its error when taken as sRGB, which is how pictures
+// were read before their profiles were honoured.
+void report(const QImage &asSrgb, const QImage &loaded, const QImage &expected)
+{
+    qInfo("%s: mean ΔE76 %.2f as sRGB, %.2f converted", QTest::currentDataTag() ? QTest::currentDataTag()
+                                                                                 : QTest::currentTestFunction(),
+          ColourReference::meanDeltaE(asSrgb, expected), ColourReference::meanDeltaE(loaded, expected));
+}
+
 } // namespace
 
 class TestImageLoaderColour : public QObject
@@ -120,6 +129,7 @@ void TestImageLoaderColour::taggedPicturesLoadInSrgb()
     QCOMPARE(problem, ColourProfile::Problem::None);
     double error = ColourReference::meanDeltaE(full, expected);
     QVERIFY2(error <= 1.5, qPrintable(deltaText(error)));
+    report(stored(file), full, expected);
     // The run's decode, no larger than the frame needs, takes the same path.
     error = ColourReference::meanDeltaE(ImageLoader::loadCovering(file, m_chart.size(), Qt::KeepAspectRatio),
                                         expected);
@@ -144,6 +154,7 @@ void TestImageLoaderColour::profileQtRefusesIsStillHonoured()
     const QImage expected = ColourReference::toSrgb(stored(path(name)), ColourReference::displayP3());
     const double error = ColourReference::meanDeltaE(ImageLoader::load(path(name), 0), expected);
     QVERIFY2(error <= 1.5, qPrintable(deltaText(error)));
+    report(stored(path(name)), ImageLoader::load(path(name), 0), expected);
 }
 
 void TestImageLoaderColour::heicWithIccProfile()
@@ -157,6 +168,7 @@ void TestImageLoaderColour::heicWithIccProfile()
     QVERIFY(ColourReference::meanDeltaE(raw, expected) > 2.5);
     const double error = ColourReference::meanDeltaE(ImageLoader::load(path("p3.heic"), 0), expected);
     QVERIFY2(error <= 1.5, qPrintable(deltaText(error)));
+    report(raw, ImageLoader::load(path("p3.heic"), 0), expected);
     // The converted copy the processor gets holds sRGB pixels, and no profile: it is what
     // the expected picture gives as such a JPEG.
     const QString cached = ImageLoader::resolveProcessorInputPath(path("p3.heic"));
@@ -177,6 +189,7 @@ void TestImageLoaderColour::heicWithNclx()
     QVERIFY(ColourReference::meanDeltaE(raw, expected) > 2.5);
     const double error = ColourReference::meanDeltaE(ImageLoader::load(path("nclx.heic"), 0), expected);
     QVERIFY2(error <= 1.5, qPrintable(deltaText(error)));
+    report(raw, ImageLoader::load(path("nclx.heic"), 0), expected);
 
     // The encoder's own default description (BT.709 primaries, sRGB's transfer) is sRGB.
     QVERIFY(HeicWriter::writeWithNclx(path("srgb.heic"), m_chart, 1, 13));

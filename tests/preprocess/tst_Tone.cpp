@@ -59,6 +59,7 @@ private Q_SLOTS:
     void contrastSpreadsAroundMidGrey();
     void saturationMovesFromGrey();
     void presetsEachDoTheirOwn();
+    void applyWithinTonesOnlyTheArea();
     void alphaIsKept();
     void valuesOutsideTheRangesAreClamped();
     void keysAndNames();
@@ -154,6 +155,23 @@ void TestTone::presetsEachDoTheirOwn()
     QCOMPARE(adjusted.saturation, vivid.saturation * 0.5);
 }
 
+void TestTone::applyWithinTonesOnlyTheArea()
+{
+    QImage image = m_chart.copy();
+    const QRect area(10, 5, 100, 40);
+    Tone::applyWithin(image, area, tone(TonePreset::Monochrome));
+    const QImage toned = Tone::apply(m_chart, tone(TonePreset::Monochrome));
+    QCOMPARE(image.copy(area), toned.copy(area));
+    QCOMPARE(image.copy(120, 0, 136, 64), m_chart.copy(120, 0, 136, 64));
+    QCOMPARE(image.copy(0, 45, 256, 19), m_chart.copy(0, 45, 256, 19));
+    const qint64 key = m_chart.cacheKey();
+    QImage shared = m_chart;
+    Tone::applyWithin(shared, QRect(-50, -50, 500, 500), tone(TonePreset::Vivid)); // clipped to the image
+    QCOMPARE(shared, Tone::apply(m_chart, tone(TonePreset::Vivid)));
+    QCOMPARE(m_chart.cacheKey(), key); // the picture it shared its pixels with is untouched
+    QCOMPARE(m_chart, chart());
+}
+
 void TestTone::alphaIsKept()
 {
     QImage translucent(4, 1, QImage::Format_ARGB32);
@@ -198,13 +216,12 @@ void TestTone::everyRenderAgrees()
     PreprocState state{FillMode::CenterCrop, 90, 0.4, 0.5, 1.2, tone(TonePreset::Vivid, 0.3, 0.2, 1.3)};
     const QImage exported = renderPreprocExport(photo, state, kPanel, false);
     QCOMPARE(renderPreprocDisplayPreview(photo, state, kPanel, false), exported);
-    // The render tones the turned picture before it frames it: the same as framing a picture
-    // toned beforehand.
+    // The render tones the frame's pixels: a cropped frame toned as a whole.
     PreprocState untoned = state;
     untoned.tone = ToneSettings();
-    QCOMPARE(exported, renderPreprocExport(Tone::apply(rotateImageByDegrees(photo, 90), state.tone),
-                                           {untoned.fillMode, 0, 0.4, 0.5, 1.2}, kPanel, false));
-    QVERIFY(exported != renderPreprocExport(photo, untoned, kPanel, false));
+    const QImage plain = renderPreprocExport(photo, untoned, kPanel, false);
+    QVERIFY(exported != plain);
+    QCOMPARE(exported, Tone::apply(plain, state.tone));
     // Landscape frames turn the same toned composition.
     const QImage landscape = renderPreprocExport(photo, state, kPanel, true);
     QCOMPARE(landscape.transformed(QTransform().rotate(-90)),
@@ -216,10 +233,13 @@ void TestTone::theFillAroundThePictureIsNotToned()
     const QImage wide = TestFiles::solidImage(1600, 400, QColor(90, 120, 200));
     for (const auto &[mode, colour] : {std::pair{FillMode::WhiteFill, QColor(Qt::white)},
                                        std::pair{FillMode::BlackFill, QColor(Qt::black)}}) {
-        const QImage framed =
-            renderPreprocExport(wide, {mode, 0, 0.5, 0.5, 1.0, tone(TonePreset::Vivid, -1.0, 0.5)}, kPanel, false);
+        const ToneSettings toned = tone(TonePreset::Vivid, -1.0, 0.5);
+        const QImage framed = renderPreprocExport(wide, {mode, 0, 0.5, 0.5, 1.0, toned}, kPanel, false);
         QCOMPARE(framed.pixelColor(600, 10), colour);
-        QVERIFY(framed.pixelColor(600, 800) != QColor(90, 120, 200)); // the picture itself is toned
+        QCOMPARE(framed.pixelColor(600, 1590), colour);
+        // The picture itself (1200 x 300 across the middle) is toned as a whole.
+        const QImage plain = renderPreprocExport(wide, {mode, 0}, kPanel, false);
+        QCOMPARE(framed.copy(0, 650, 1200, 300), Tone::apply(plain.copy(0, 650, 1200, 300), toned));
     }
 }
 
