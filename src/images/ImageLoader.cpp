@@ -42,25 +42,26 @@ QImage decodeHeifInSrgb(const QString &path, ColourProfile::Problem *colourProbl
 {
     ++g_heifDecodes;
     ColourProfile colour;
-    const QImage decoded = decodeHeif(path, &colour);
-    return SrgbConversion::toSrgb(decoded, colour, colourProblem);
+    return SrgbConversion::toSrgb(decodeHeif(path, &colour), colour, colourProblem);
 }
 
 // A picture Qt's reader decoded, in sRGB: the profile the reader reports, or one it could not
 // take (which the file still holds), else sRGB.
 QImage readInSrgb(QImageReader &reader, const QString &path, ColourProfile::Problem *colourProblem)
 {
-    const QImage image = reader.read();
+    QImage image = reader.read();
     if (colourProblem)
         *colourProblem = ColourProfile::Problem::None;
     if (image.isNull())
         return image;
-    if (image.colorSpace().isValid())
-        return SrgbConversion::toSrgb(image, ColourProfile::fromColorSpace(image.colorSpace()), colourProblem);
+    if (image.colorSpace().isValid()) {
+        const ColourProfile profile = ColourProfile::fromColorSpace(image.colorSpace());
+        return SrgbConversion::toSrgb(std::move(image), profile, colourProblem);
+    }
     bool unreadable = false;
     const QByteArray icc = EmbeddedProfile::read(path, &unreadable);
     return SrgbConversion::toSrgb(
-        image, unreadable ? ColourProfile{QByteArray(), ColourProfile::Problem::Damaged} : ColourProfile::fromIcc(icc),
+        std::move(image), unreadable ? ColourProfile{QByteArray(), ColourProfile::Problem::Damaged} : ColourProfile::fromIcc(icc),
         colourProblem);
 }
 } // namespace

@@ -1,5 +1,7 @@
 #include "images/SrgbConversion.h"
 
+#include "images/RowBands.h"
+
 #include <QHash>
 #include <QMutex>
 #include <QMutexLocker>
@@ -20,9 +22,12 @@ using Problem = ColourProfile::Problem;
 using Matrix = std::array<std::array<double, 3>, 3>;
 
 // Linear light is looked up in this many steps on its way back to 8 bits: fine enough that
-// the darkest sRGB levels, where the curve is steepest, are a fifth of a level apart.
-constexpr int kLinearSteps = 1 << 14;
+// the darkest sRGB levels, where the curve is steepest, are 10 steps apart, so that the three
+// rounded terms of a sum are off by less than a fifth of a level.
+constexpr int kLinearSteps = 1 << 15;
 constexpr int kCachedConversions = 32;
+// Pictures of at least this many rows a core are converted on every core.
+constexpr int kRowsPerBand = 256;
 
 #if Q_BYTE_ORDER == Q_LITTLE_ENDIAN
 constexpr cmsUInt32Number kRgb32Type = TYPE_BGRA_8; // QImage's 32-bit pixels as bytes in memory
@@ -33,17 +38,6 @@ constexpr cmsUInt32Number kRgb32Type = TYPE_ARGB_8;
 double srgbEncoded(double linear)
 {
     return linear <= 0.0031308 ? 12.92 * linear : 1.055 * std::pow(linear, 1 / 2.4) - 0.055;
-}
-
-const std::vector<uchar> &srgbEncodingTable()
-{
-    static const std::vector<uchar> table = [] {
-        std::vector<uchar> encoded(kLinearSteps);
-        for (int i = 0; i < kLinearSteps; ++i)
-            encoded[size_t(i)] = uchar(std::lround(255 * srgbEncoded(double(i) / (kLinearSteps - 1))));
-        return encoded;
-    }();
-    return table;
 }
 
 struct ProfileHandle {
@@ -125,6 +119,11 @@ cmsHPROFILE srgbGreyProfile()
     return curve ? cmsCreateGrayProfile(cmsD50_xyY(), curve) : nullptr;
 }
 
+bool isGrey(const QImage &image)
+{
+    return image.format() == QImage::Format_Grayscale8 || image.format() == QImage::Format_Grayscale16;
+}
+
 // One profile's way to sRGB.
 class Converter
 {
@@ -140,7 +139,8 @@ public:
 
     Problem problem() const { return m_problem; }
     bool isIdentity() const { return m_identity; }
-    QImage apply(const QImage &image) const;
+    bool isGrey() const { return m_grey; }
+    QImage apply(QImage image) const;
 
 private:
     bool buildTables(cmsHPROFILE profile);
@@ -152,8 +152,11 @@ private:
     bool m_grey = false;
     bool m_identity = false;
     // m_tables[c][v][k]: what input channel c at value v adds to output channel k, in linear
-    // light scaled to the encoding table's steps.
-    std::vector<std::array<std::array<float, 3>, 256>> m_tables;
+    // light in kLinearSteps steps (integers, which add up fast); the red table is offset so that
+    // every sum the three can give is an index of m_encode, which holds its 8-bit sRGB value
+    // (0 below black, 255 above white), so that no sum needs clamping.
+    std::vector<std::array<std::array<qint32, 3>, 256>> m_tables;
+    std::vector<uchar> m_encode;
     cmsHTRANSFORM m_transform = nullptr;
 };
 
@@ -201,33 +204,51 @@ bool Converter::buildTables(cmsHPROFILE profile)
     }
     const Matrix mix = product(*toSrgb, toXyz);
     m_tables.resize(3);
+    qint32 lowest = 0, highest = 0; // of the sums
     for (size_t c = 0; c < 3; ++c) {
+        qint32 low = 0, high = 0;
         for (int v = 0; v < 256; ++v) {
             const double linear = std::clamp(double(cmsEvalToneCurveFloat(curves[c], float(v / 255.0))), 0.0, 1.0);
-            for (size_t k = 0; k < 3; ++k)
-                m_tables[c][size_t(v)][k] = float(mix[k][c] * linear * (kLinearSteps - 1));
+            for (size_t k = 0; k < 3; ++k) {
+                const auto term = qint32(std::lround(mix[k][c] * linear * (kLinearSteps - 1)));
+                m_tables[c][size_t(v)][k] = term;
+                low = std::min(low, term);
+                high = std::max(high, term);
+            }
         }
+        lowest += low;
+        highest += high;
+    }
+    for (auto &red : m_tables[0])
+        for (qint32 &term : red)
+            term -= lowest;
+    m_encode.resize(size_t(highest - lowest) + 1);
+    for (size_t i = 0; i < m_encode.size(); ++i) {
+        const double linear = std::clamp(double(qint32(i) + lowest) / (kLinearSteps - 1), 0.0, 1.0);
+        m_encode[i] = uchar(std::lround(255 * srgbEncoded(linear)));
     }
     return true;
 }
 
 QImage Converter::applyTables(QImage image) const
 {
-    const std::vector<uchar> &encode = srgbEncodingTable();
-    const auto encoded = [&encode](float linear) {
-        return int(encode[size_t(std::clamp(int(linear + 0.5f), 0, kLinearSteps - 1))]);
-    };
-    for (int y = 0; y < image.height(); ++y) {
-        auto *line = reinterpret_cast<QRgb *>(image.scanLine(y));
-        for (int x = 0; x < image.width(); ++x) {
-            const QRgb pixel = line[x];
-            const auto &red = m_tables[0][size_t(qRed(pixel))];
-            const auto &green = m_tables[1][size_t(qGreen(pixel))];
-            const auto &blue = m_tables[2][size_t(qBlue(pixel))];
-            line[x] = qRgba(encoded(red[0] + green[0] + blue[0]), encoded(red[1] + green[1] + blue[1]),
-                            encoded(red[2] + green[2] + blue[2]), qAlpha(pixel));
+    const uchar *encode = m_encode.data();
+    const auto *red = m_tables[0].data(), *green = m_tables[1].data(), *blue = m_tables[2].data();
+    const auto encoded = [encode](qint32 sum) { return int(encode[sum]); };
+    const int width = image.width();
+    uchar *const pixels = image.bits(); // in place, unless the pixels are shared
+    const qsizetype stride = image.bytesPerLine();
+    RowBands::run(image.height(), kRowsPerBand, [&](int first, int end) {
+        for (int y = first; y < end; ++y) {
+            auto *line = reinterpret_cast<QRgb *>(pixels + y * stride);
+            for (int x = 0; x < width; ++x) {
+                const QRgb pixel = line[x];
+                const auto &r = red[qRed(pixel)], &g = green[qGreen(pixel)], &b = blue[qBlue(pixel)];
+                line[x] = qRgba(encoded(r[0] + g[0] + b[0]), encoded(r[1] + g[1] + b[1]),
+                                encoded(r[2] + g[2] + b[2]), qAlpha(pixel));
+            }
         }
-    }
+    });
     return image;
 }
 
@@ -240,16 +261,14 @@ QImage Converter::applyTransform(QImage image) const
     return image;
 }
 
-QImage Converter::apply(const QImage &image) const
+QImage Converter::apply(QImage image) const
 {
-    if (m_grey) {
-        const bool grey = image.format() == QImage::Format_Grayscale8 || image.format() == QImage::Format_Grayscale16;
-        return grey ? applyTransform(image.convertToFormat(QImage::Format_Grayscale8)) : QImage();
-    }
+    if (m_grey) // on grey pictures only
+        return applyTransform(std::move(image).convertToFormat(QImage::Format_Grayscale8));
     // Straight alpha, so that colours are converted as they are, not darkened by it.
     const QImage::Format format = image.hasAlphaChannel() ? QImage::Format_ARGB32 : QImage::Format_RGB32;
-    const QImage pixels = image.convertToFormat(format);
-    return m_tables.empty() ? applyTransform(pixels) : applyTables(pixels);
+    QImage pixels = std::move(image).convertToFormat(format);
+    return m_tables.empty() ? applyTransform(std::move(pixels)) : applyTables(std::move(pixels));
 }
 
 // True when the conversion leaves every colour of a dense grid (and every grey) as it is: a
@@ -291,7 +310,7 @@ std::shared_ptr<const Converter> converterFor(const QByteArray &icc)
 
 } // namespace
 
-QImage toSrgb(const QImage &image, const ColourProfile &profile, Problem *problem)
+QImage toSrgb(QImage image, const ColourProfile &profile, Problem *problem)
 {
     if (problem)
         *problem = profile.problem;
@@ -303,12 +322,12 @@ QImage toSrgb(const QImage &image, const ColourProfile &profile, Problem *proble
             *problem = converter->problem();
         return image;
     }
-    QImage converted = converter->apply(image);
-    if (converted.isNull()) {
+    if (converter->isGrey() && !isGrey(image)) {
         if (problem)
             *problem = Problem::Unsupported; // a grey profile on a colour picture
         return image;
     }
+    QImage converted = converter->apply(std::move(image));
     converted.setColorSpace(QColorSpace(QColorSpace::SRgb));
     return converted;
 }
