@@ -74,22 +74,12 @@ ImagePreviewDialog::ImagePreviewDialog(const QImage &image, const QSize &panel, 
     m_scroll->setWidget(m_surface);
     layout->addWidget(m_scroll, 1);
 
-    auto *buttons = new QHBoxLayout;
-    buttons->addStretch(1);
-    auto *cancel = new QPushButton(Str::cancel(), this);
-    auto *ok = new QPushButton(Str::confirm(), this);
-    ok->setDefault(true);
-    ok->setStyleSheet(AppTheme::primaryButtonStyleSheet());
-    buttons->addWidget(cancel);
-    buttons->addWidget(ok);
-    layout->addLayout(buttons);
+    AppTheme::addConfirmButtons(this, layout);
 
     m_settle.setSingleShot(true);
     m_settle.setInterval(kSettleMs);
     connect(&m_settle, &QTimer::timeout, this, &ImagePreviewDialog::refreshPreview);
     connect(&m_renderer, &PanelRenderer::ready, this, &ImagePreviewDialog::showRendered);
-    connect(cancel, &QPushButton::clicked, this, &QDialog::reject);
-    connect(ok, &QPushButton::clicked, this, &QDialog::accept);
     connect(m_controlPanel, &PreprocControlPanel::fillModeSelected, this, [this](FillMode mode) {
         m_state.fillMode = mode;
         m_controlPanel->setState(m_state);

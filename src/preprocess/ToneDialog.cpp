@@ -25,17 +25,7 @@ ToneDialog::ToneDialog(const ToneSettings &initial, int count, QWidget *parent)
     m_controls->setTone(initial);
     layout->addWidget(m_controls);
 
-    auto *buttons = new QHBoxLayout;
-    buttons->addStretch(1);
-    auto *cancel = new QPushButton(Str::cancel(), this);
-    auto *ok = new QPushButton(Str::confirm(), this);
-    ok->setDefault(true);
-    ok->setStyleSheet(AppTheme::primaryButtonStyleSheet());
-    buttons->addWidget(cancel);
-    buttons->addWidget(ok);
-    layout->addLayout(buttons);
-    connect(cancel, &QPushButton::clicked, this, &QDialog::reject);
-    connect(ok, &QPushButton::clicked, this, &QDialog::accept);
+    AppTheme::addConfirmButtons(this, layout);
 }
 
 std::optional<ToneSettings> ToneDialog::ask(const ToneSettings &initial, int count, QWidget *parent)

@@ -1,7 +1,12 @@
 #include "ui/AppTheme.h"
 
+#include "ui/AppStrings.h"
+
 #include <QApplication>
+#include <QBoxLayout>
+#include <QDialog>
 #include <QPalette>
+#include <QPushButton>
 #include <QStyleHints>
 
 namespace AppTheme {
@@ -169,6 +174,21 @@ QString mutedLabelStyleSheet(const char *extra)
     if (!extra || !*extra)
         return QStringLiteral("color:%1;").arg(muted);
     return QStringLiteral("color:%1; %2").arg(muted, QString::fromUtf8(extra));
+}
+
+void addConfirmButtons(QDialog *dialog, QBoxLayout *layout)
+{
+    auto *buttons = new QHBoxLayout;
+    buttons->addStretch(1);
+    auto *cancel = new QPushButton(Str::cancel(), dialog);
+    auto *ok = new QPushButton(Str::confirm(), dialog);
+    ok->setDefault(true);
+    ok->setStyleSheet(primaryButtonStyleSheet());
+    buttons->addWidget(cancel);
+    buttons->addWidget(ok);
+    layout->addLayout(buttons);
+    QObject::connect(cancel, &QPushButton::clicked, dialog, &QDialog::reject);
+    QObject::connect(ok, &QPushButton::clicked, dialog, &QDialog::accept);
 }
 
 } // namespace AppTheme

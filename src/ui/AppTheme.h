@@ -7,6 +7,9 @@ class QApplication;
 // The look: one green accent over the Fusion style, in a dark and a light variant that
 // follow the system's colour scheme. Every sheet is built afresh at each call from the
 // scheme of that moment.
+class QBoxLayout;
+class QDialog;
+
 namespace AppTheme {
 
 bool isDarkMode();
@@ -20,6 +23,10 @@ QString actionButtonStyleSheet();
 QString stopButtonStyleSheet();
 QString preprocThumbBorderStyleSheet();
 QString mutedLabelStyleSheet(const char *extra);
+
+// A dialog's Cancel and OK at the bottom right of its layout: OK the default, in the accent;
+// they reject and accept the dialog.
+void addConfirmButtons(QDialog *dialog, QBoxLayout *layout);
 
 // The rules of the controls that every picture row repeats, as part of the application's
 // sheet: fill-mode buttons (object name "tarnFillModeBtn", fillModeButtonStyleSheet()),

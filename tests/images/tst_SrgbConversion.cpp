@@ -161,12 +161,7 @@ void TestSrgbConversion::alphaIsKept()
 void TestSrgbConversion::greyStaysGrey()
 {
     cmsToneCurve *gamma = cmsBuildGamma(nullptr, 2.2);
-    cmsHPROFILE grey = cmsCreateGrayProfile(cmsD50_xyY(), gamma);
-    cmsUInt32Number size = 0;
-    cmsSaveProfileToMem(grey, nullptr, &size);
-    QByteArray icc(qsizetype(size), '\0');
-    cmsSaveProfileToMem(grey, icc.data(), &size);
-    cmsCloseProfile(grey);
+    const QByteArray icc = ColourReference::savedAndClosed(cmsCreateGrayProfile(cmsD50_xyY(), gamma));
     cmsFreeToneCurve(gamma);
 
     QImage ramp(256, 1, QImage::Format_Grayscale8);

@@ -9,6 +9,7 @@
 
 #include "FramedState.h"
 #include "ModalAnswerer.h"
+#include "PreviewProbe.h"
 #include "TestFiles.h"
 #include "WindowProbe.h"
 
@@ -45,16 +46,6 @@ void drag(QWidget *widget, const QPoint &by)
     QTest::mousePress(widget, Qt::LeftButton, {}, from);
     QTest::mouseMove(widget, from + by);
     QTest::mouseRelease(widget, Qt::LeftButton, {}, from + by);
-}
-
-QImage shownPixmap(const ImagePreviewDialog &dialog) { return dialog.previewLabel()->pixmap().toImage(); }
-
-// The preview once its render at the panel's resolution has come from the worker.
-QImage renderedPixmap(const ImagePreviewDialog &dialog)
-{
-    if (!QTest::qWaitFor([&dialog] { return !dialog.isShowingQuickPreview(); }, 10000))
-        return QImage();
-    return shownPixmap(dialog);
 }
 
 QImage expectedPixmap(const ImagePreviewDialog &dialog, const QImage &picture, bool epaper = false)

@@ -8,6 +8,7 @@
 #include "ui/UiLanguage.h"
 
 #include "ModalAnswerer.h"
+#include "PreviewProbe.h"
 #include "TestFiles.h"
 #include "WindowProbe.h"
 
@@ -23,16 +24,6 @@
 namespace {
 
 const QSize kPanel(1200, 1600);
-
-QImage shownPixmap(const ImagePreviewDialog &dialog) { return dialog.previewLabel()->pixmap().toImage(); }
-
-// The preview once its render at the panel's resolution has come from the worker.
-QImage renderedPixmap(const ImagePreviewDialog &dialog)
-{
-    if (!QTest::qWaitFor([&dialog] { return !dialog.isShowingQuickPreview(); }, 10000))
-        return QImage();
-    return shownPixmap(dialog);
-}
 
 QImage expectedPixmap(const ImagePreviewDialog &dialog, const QImage &picture, const ToneSettings &tone)
 {

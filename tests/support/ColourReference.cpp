@@ -128,6 +128,16 @@ Space gamma18()
     return {QStringLiteral("gamma 1.8"), {0.630, 0.340}, {0.295, 0.605}, {0.155, 0.077}, kD65, {1.8, 1, 0, 0, 0}};
 }
 
+QByteArray savedAndClosed(cmsHPROFILE profile)
+{
+    cmsUInt32Number size = 0;
+    cmsSaveProfileToMem(profile, nullptr, &size);
+    QByteArray bytes(qsizetype(size), '\0');
+    cmsSaveProfileToMem(profile, bytes.data(), &size);
+    cmsCloseProfile(profile);
+    return bytes;
+}
+
 QByteArray iccProfile(const Space &space, double version)
 {
     const cmsCIExyY white{space.white.x(), space.white.y(), 1.0};
@@ -139,12 +149,7 @@ QByteArray iccProfile(const Space &space, double version)
     cmsHPROFILE profile = cmsCreateRGBProfile(&white, &primaries, curves);
     cmsFreeToneCurve(curve);
     cmsSetProfileVersion(profile, version);
-    cmsUInt32Number size = 0;
-    cmsSaveProfileToMem(profile, nullptr, &size);
-    QByteArray bytes(qsizetype(size), '\0');
-    cmsSaveProfileToMem(profile, bytes.data(), &size);
-    cmsCloseProfile(profile);
-    return bytes;
+    return savedAndClosed(profile);
 }
 
 QImage toSrgb(const QImage &image, const Space &space)
@@ -271,12 +276,8 @@ QByteArray tableProfile(const Space &space, int gridPoints)
     cmsPipelineInsertStage(pipeline, cmsAT_END, cmsStageAllocToneCurves(nullptr, 3, nullptr));
     cmsWriteTag(table, cmsSigAToB0Tag, pipeline);
     cmsWriteTag(table, cmsSigMediaWhitePointTag, cmsD50_XYZ());
-    cmsUInt32Number size = 0;
-    cmsSaveProfileToMem(table, nullptr, &size);
-    QByteArray bytes(qsizetype(size), '\0');
-    cmsSaveProfileToMem(table, bytes.data(), &size);
     cmsPipelineFree(pipeline);
-    cmsCloseProfile(table);
+    const QByteArray bytes = savedAndClosed(table);
     cmsDeleteTransform(toLab);
     cmsCloseProfile(lab);
     cmsCloseProfile(matrix);
@@ -285,13 +286,7 @@ QByteArray tableProfile(const Space &space, int gridPoints)
 
 QByteArray labProfile()
 {
-    cmsHPROFILE lab = cmsCreateLab4Profile(nullptr);
-    cmsUInt32Number size = 0;
-    cmsSaveProfileToMem(lab, nullptr, &size);
-    QByteArray bytes(qsizetype(size), '\0');
-    cmsSaveProfileToMem(lab, bytes.data(), &size);
-    cmsCloseProfile(lab);
-    return bytes;
+    return savedAndClosed(cmsCreateLab4Profile(nullptr));
 }
 
 QByteArray jpegWithProfile(const QImage &image, const QByteArray &icc, int quality)

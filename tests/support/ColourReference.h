@@ -40,6 +40,8 @@ QByteArray iccProfile(const Space &space, double version = 4.3);
 QByteArray tableProfile(const Space &space, int gridPoints = 33);
 // A profile of another kind than RGB or grey: CIE Lab.
 QByteArray labProfile();
+// The bytes of an lcms2 profile (a cmsHPROFILE), which is then closed.
+QByteArray savedAndClosed(void *profile);
 
 // The image (its stored code values, whatever it is tagged) taken as the space and converted
 // to sRGB from the definitions: linear light, XYZ, Bradford to D65 where the white differs,
