@@ -12,6 +12,7 @@
 #include "TestFiles.h"
 #include "WindowProbe.h"
 
+#include <QCheckBox>
 #include <QComboBox>
 #include <QLabel>
 #include <QPushButton>
@@ -200,7 +201,16 @@ void TestImagePreviewTone::actualPixelsPanByDragging()
     QVERIFY(dialog.workingState() == PreprocState({FillMode::CenterCrop, 0})); // panning frames nothing
 
     QTest::keyClick(surface, Qt::Key_Left); // the keys move the view too
-    QCOMPARE(horizontal->value(), start.x() + 80 - FramingSurface::nudgeFor(Qt::Key_Right).x());
+    const QPoint at2(horizontal->value(), vertical->value());
+    QCOMPARE(at2.x(), start.x() + 80 - FramingSurface::nudgeFor(Qt::Key_Right).x());
+
+    // The e-paper look and the plain picture compare at the same place.
+    const QImage plain = renderedPixmap(dialog);
+    dialog.epaperCheckBox()->click();
+    const QImage epaper = renderedPixmap(dialog);
+    QVERIFY(epaper != plain);
+    QCOMPARE(epaper.size(), plain.size());
+    QCOMPARE(QPoint(horizontal->value(), vertical->value()), at2);
 }
 
 QTEST_MAIN(TestImagePreviewTone)
