@@ -9,6 +9,7 @@ BUILD_DIR="${BUILD_DIR:-$ROOT/build}"
 # Packages every build needs.
 BASE_PACKAGES=(
     qt6-base-dev qt6-base-dev-tools qt6-image-formats-plugins libheif-dev liblcms2-dev
+    libopencv-objdetect-dev libopencv-contrib-dev opencv-data
     cmake ninja-build g++ pkgconf ccache fonts-wqy-microhei
 )
 
@@ -36,6 +37,22 @@ ensure_packages() {
     export DEBIAN_FRONTEND=noninteractive
     "${sudo[@]}" apt-get update -qq
     "${sudo[@]}" apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null
+}
+
+# The tests' photograph of a face: astronaut.png (a NASA photograph in the public domain),
+# taken from Debian's python3-skimage package without installing it, into the build tree.
+ensure_test_data() {
+    local data="$BUILD_DIR/test-data"
+    [ -s "$data/astronaut.png" ] && return 0
+    mkdir -p "$data"
+    local scratch
+    scratch="$(mktemp -d)"
+    chmod 755 "$scratch" # apt's download user must be able to write there
+    (cd "$scratch" && apt-get download -qq python3-skimage >/dev/null 2>&1)
+    dpkg-deb --fsys-tarfile "$scratch"/python3-skimage_*.deb |
+        tar -xO ./usr/lib/python3/dist-packages/skimage/data/astronaut.png >"$data/astronaut.png.part"
+    mv "$data/astronaut.png.part" "$data/astronaut.png"
+    rm -rf "$scratch"
 }
 
 # Configure (once) and build the Release tree.

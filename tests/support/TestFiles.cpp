@@ -174,6 +174,15 @@ QByteArray pngWithOneRow(int width, int height)
     return png;
 }
 
+QImage astronaut()
+{
+    const QString path = QStringLiteral(VELORA_TEST_DATA_DIR "/astronaut.png");
+    const QImage image(path);
+    if (image.isNull())
+        qFatal("%s is missing: ./test takes it from Debian's python3-skimage package", qPrintable(path));
+    return image.convertToFormat(QImage::Format_RGB32);
+}
+
 QString tarnSimPath() { return QStringLiteral(VELORA_TARN_SIM_PATH); }
 
 QString binDir() { return QStringLiteral(VELORA_BIN_DIR); }

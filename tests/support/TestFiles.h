@@ -51,6 +51,11 @@ QByteArray jpegWithExifOrientation(const QImage &image, int orientation);
 // hostile or damaged file looks like to a reader.
 QByteArray pngWithOneRow(int width, int height);
 
+// A photograph of a face (512 x 512, the face about 130 px across, its centre near (0.46, 0.24)),
+// which ./test takes from a Debian package into the build tree; a test cannot go on without it,
+// so its absence ends the test program with a message that says how to get it.
+QImage astronaut();
+
 // The built tarn-sim executable, and the folder holding the GUI and its demo bundle.
 QString tarnSimPath();
 QString binDir();
