@@ -5,9 +5,22 @@
 #include <QMutexLocker>
 #include <QThread>
 
+#include <algorithm>
+
 namespace {
 constexpr int kPreviewSide = 280;
 constexpr int kThumbnailSide = 72;
+
+// The preview made from the reduced decode that faces are found in: the size a decode at the
+// preview's size gives, from the whole picture's.
+QImage previewFrom(const QImage &reduced, const QSize &picture)
+{
+    if (!picture.isValid() || std::max(picture.width(), picture.height()) <= kPreviewSide || reduced.isNull())
+        return ImageLoader::scaledToFit(reduced, kPreviewSide);
+    return reduced.scaled(picture.scaled(kPreviewSide, kPreviewSide, Qt::KeepAspectRatio), Qt::IgnoreAspectRatio,
+                          Qt::SmoothTransformation);
+}
+
 } // namespace
 
 DecodeQueue::DecodeQueue(QObject *parent)
@@ -37,9 +50,21 @@ DecodedPicture DecodeQueue::decode(const Job &job)
         picture.unconvertible = picture.heicCache.isEmpty();
         if (picture.unconvertible || job.work == Work::ConvertOnly)
             return picture;
-        preview = full.isNull() ? ImageLoader::load(picture.heicCache, kPreviewSide)
-                                : ImageLoader::scaledToFit(full, kPreviewSide);
+        if (job.findFaces) {
+            const QImage reduced = full.isNull() ? ImageLoader::load(picture.heicCache, FaceDetector::kMaxSide)
+                                                 : ImageLoader::scaledToFit(full, FaceDetector::kMaxSide);
+            picture.subjects = FaceDetector::detect(reduced);
+            preview = previewFrom(reduced, full.isNull() ? ImageLoader::pictureSize(picture.heicCache) : full.size());
+        } else {
+            preview = full.isNull() ? ImageLoader::load(picture.heicCache, kPreviewSide)
+                                    : ImageLoader::scaledToFit(full, kPreviewSide);
+        }
         picture.pictureSize = full.isNull() ? ImageLoader::pictureSize(picture.heicCache) : full.size();
+    } else if (job.work == Work::Decode && job.findFaces) {
+        const QImage reduced = ImageLoader::load(job.path, FaceDetector::kMaxSide, &picture.colourProblem);
+        picture.subjects = FaceDetector::detect(reduced);
+        picture.pictureSize = ImageLoader::pictureSize(job.path);
+        preview = previewFrom(reduced, picture.pictureSize);
     } else if (job.work == Work::Decode) {
         preview = ImageLoader::load(job.path, kPreviewSide, &picture.colourProblem);
         picture.pictureSize = ImageLoader::pictureSize(job.path);

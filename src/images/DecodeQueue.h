@@ -2,6 +2,7 @@
 
 #include "images/ColourProfile.h"
 #include "images/CompactImage.h"
+#include "images/FaceDetector.h"
 
 #include <QImage>
 #include <QList>
@@ -23,6 +24,8 @@ struct DecodedPicture {
     bool unconvertible = false; // a HEIC/HEIF picture that cannot be converted: it gets no row
     // A colour profile the picture carries but that cannot be used: it is shown as sRGB.
     ColourProfile::Problem colourProblem = ColourProfile::Problem::None;
+    // Its faces (or subject), where the job asked for them.
+    std::optional<PictureSubjects> subjects;
 };
 
 // Decodes the pictures of one adding on worker threads (as many as the machine has cores).
@@ -46,6 +49,9 @@ public:
     struct Job {
         QString path;
         Work work = Work::Decode;
+        // Also find the picture's faces (Work::Decode only), from one decode at
+        // FaceDetector::kMaxSide that the previews are made from too.
+        bool findFaces = false;
     };
 
     explicit DecodeQueue(QObject *parent = nullptr);

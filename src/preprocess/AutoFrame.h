@@ -1,6 +1,6 @@
 #pragma once
 
-#include "preprocess/FaceDetector.h"
+#include "images/FaceDetector.h"
 #include "preprocess/ImagePreprocess.h"
 
 #include <QList>

@@ -7,6 +7,7 @@
 #include "TestFiles.h"
 
 #include <QDir>
+#include <QPainter>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
@@ -22,6 +23,7 @@ private Q_SLOTS:
     void aHeicIsDecodedOnceForItsCopyAndPreviews();
     void aCachedHeicIsNotDecodedAgain();
     void convertOnlyAndNothing();
+    void facesAreFoundFromTheSameDecode();
     void unconvertibleHeic();
     void resultsComeInTheOrderGiven();
     void cancelDropsWhatIsNotDelivered();
@@ -87,6 +89,38 @@ void TestDecodeQueue::aCachedHeicIsNotDecodedAgain()
     QCOMPARE(ImageLoader::heifDecodeCount(), before); // the previews come from the cached copy
     QCOMPARE(again.heicCache, cache);
     QCOMPARE(again.preview.size(), QSize(280, 210));
+}
+
+void TestDecodeQueue::facesAreFoundFromTheSameDecode()
+{
+    // The photograph of a face on the right of a wide picture, as a JPEG and as a HEIC.
+    QImage wide(2400, 1000, QImage::Format_RGB32);
+    wide.fill(QColor(200, 200, 196));
+    QPainter(&wide).drawImage(1700, 200, TestFiles::astronaut().scaled(600, 600));
+    const QString jpeg = m_dir.filePath("face.jpg");
+    QVERIFY(wide.save(jpeg, "JPEG", 92));
+    const int heifDecodes = ImageLoader::heifDecodeCount();
+    for (const QString &path : {jpeg, heic("face.heic", wide)}) {
+        const DecodedPicture picture = DecodeQueue::decode({path, DecodeQueue::Work::Decode, true});
+        QVERIFY(picture.subjects.has_value());
+        QVERIFY(picture.subjects->detected);
+        QCOMPARE(picture.subjects->faces.size(), 1);
+        const QPointF centre = picture.subjects->faces.first().center();
+        QVERIFY2(centre.x() > 0.75 && centre.x() < 0.85 && centre.y() > 0.25 && centre.y() < 0.5,
+                 qPrintable(QStringLiteral("%1, %2").arg(centre.x()).arg(centre.y())));
+        // The previews as a decode without faces gives them.
+        const DecodedPicture plain = DecodeQueue::decode({path, DecodeQueue::Work::Decode});
+        QCOMPARE(picture.preview.size(), plain.preview.size());
+        QCOMPARE(picture.thumbnail.size(), plain.thumbnail.size());
+        QCOMPARE(picture.pictureSize, QSize(2400, 1000));
+    }
+    QCOMPARE(ImageLoader::heifDecodeCount(), heifDecodes + 1); // the HEIC's one decode serves it all, then the cache
+    // Not asked, not found; a picture that cannot be read is reported as not detected.
+    QVERIFY(!DecodeQueue::decode({jpeg, DecodeQueue::Work::Decode}).subjects.has_value());
+    const QString broken = m_dir.filePath("broken.jpg");
+    QVERIFY(TestFiles::write(broken, "not a picture"));
+    const DecodedPicture unreadable = DecodeQueue::decode({broken, DecodeQueue::Work::Decode, true});
+    QVERIFY(unreadable.subjects.has_value() && !unreadable.subjects->detected);
 }
 
 void TestDecodeQueue::convertOnlyAndNothing()

@@ -1,4 +1,4 @@
-#include "preprocess/FaceDetector.h"
+#include "images/FaceDetector.h"
 
 #include <QCoreApplication>
 #include <QDir>

@@ -1,6 +1,6 @@
 // Finding faces in a real photograph, placed where a centre crop would cut them, and the
 // subject of a picture without faces.
-#include "preprocess/FaceDetector.h"
+#include "images/FaceDetector.h"
 
 #include "TestFiles.h"
 
