@@ -3,15 +3,17 @@
 // the resident memory per row, each beside its reference: the serial cost of one decode per
 // photo (at 280 px for JPEGs, full size for HEICs), and the ratio.
 //
-//   bench_import [--jpeg N] [--p3 N] [--heic N]
+//   bench_import [--jpeg N] [--p3 N] [--heic N] [--faces N]
 //
 // Defaults: 1000 JPEGs, 0 JPEGs tagged Display P3 (the same pictures) and 20 HEICs, 12
 // megapixels each, made once and kept below the temporary folder (velora-bench-photos). The
 // HEIC conversion cache starts empty. With P3 photos it also prints what their colour profile
-// adds to one decode at 280 px.
+// adds to one decode at 280 px. With --faces, the cost of finding the faces of N photos of the
+// JPEG set: their decode at the detector's size, and the detection itself.
 #include "BenchPhotos.h"
 #include "BenchSetup.h"
 #include "app/MainWindow.h"
+#include "images/FaceDetector.h"
 #include "images/ImageLoader.h"
 #include "images/ImageTableWidget.h"
 #include "preprocess/PreviewRenderer.h"
@@ -61,6 +63,30 @@ void profileCost(const QStringList &untagged, const QStringList &p3)
     std::printf("  decode at 280 px, untagged %7.2f ms   Display P3 %7.2f ms   profile costs %5.2f ms "
                 "(target <= 5)\n",
                 plain, tagged, tagged - plain);
+    std::fflush(stdout);
+}
+
+// The detection's own cost per photo, beside the decode at the detector's size it works on:
+// medians over the photos (the bench's photos hold no face: the cascade scans every window,
+// and the saliency fallback runs too).
+void faceCost(const QStringList &photos)
+{
+    std::vector<double> decodes, detections;
+    int faces = 0;
+    for (const QString &photo : photos) {
+        QElapsedTimer timer;
+        timer.start();
+        const QImage reduced = ImageLoader::load(photo, FaceDetector::kMaxSide);
+        decodes.push_back(double(timer.nsecsElapsed()) / 1e6);
+        timer.restart();
+        faces += int(FaceDetector::detect(reduced).faces.size());
+        detections.push_back(double(timer.nsecsElapsed()) / 1e6);
+    }
+    std::sort(decodes.begin(), decodes.end());
+    std::sort(detections.begin(), detections.end());
+    std::printf("Finding faces: %d photo(s), %d face(s) found\n", int(photos.size()), faces);
+    std::printf("  decode at %d px %7.1f ms   detection %7.1f ms per photo (target <= 40)\n", FaceDetector::kMaxSide,
+                decodes[decodes.size() / 2], detections[detections.size() / 2]);
     std::fflush(stdout);
 }
 
@@ -139,6 +165,7 @@ int main(int argc, char *argv[])
     const int jpegs = BenchSetup::takeOption(args, QStringLiteral("--jpeg"), 1000);
     const int p3s = BenchSetup::takeOption(args, QStringLiteral("--p3"), 0);
     const int heics = BenchSetup::takeOption(args, QStringLiteral("--heic"), 20);
+    const int faceCount = BenchSetup::takeOption(args, QStringLiteral("--faces"), 0);
     // Dialogs that pop up (a start-up check that fails, a notice) are closed at once.
     QTimer closer;
     QObject::connect(&closer, &QTimer::timeout, [] {
@@ -157,5 +184,7 @@ int main(int argc, char *argv[])
     }
     if (!heicSet.isEmpty())
         importSet("HEIC (empty conversion cache)", heicSet, 0);
+    if (faceCount > 0)
+        faceCost(photoSet(QStringLiteral("jpeg"), faceCount));
     return 0;
 }
