@@ -48,7 +48,13 @@ ensure_test_data() {
     local scratch
     scratch="$(mktemp -d)"
     chmod 755 "$scratch" # apt's download user must be able to write there
-    (cd "$scratch" && apt-get download -qq python3-skimage >/dev/null 2>&1)
+    if ! (cd "$scratch" && apt-get download -qq python3-skimage >/dev/null 2>&1); then
+        # The package lists may never have been fetched on this machine.
+        local sudo=()
+        [ "$(id -u)" -ne 0 ] && sudo=(sudo)
+        "${sudo[@]}" apt-get update -qq
+        (cd "$scratch" && apt-get download -qq python3-skimage >/dev/null)
+    fi
     dpkg-deb --fsys-tarfile "$scratch"/python3-skimage_*.deb |
         tar -xO ./usr/lib/python3/dist-packages/skimage/data/astronaut.png >"$data/astronaut.png.part"
     mv "$data/astronaut.png.part" "$data/astronaut.png"
