@@ -21,8 +21,8 @@
 
 #include <QApplication>
 #include <QCheckBox>
-#include <QElapsedTimer>
 #include <QComboBox>
+#include <QElapsedTimer>
 #include <QLabel>
 #include <QPushButton>
 #include <QSlider>
@@ -235,8 +235,8 @@ int main(int argc, char *argv[])
          "as every update would cost"},
         {"full render as e-paper, blur fill", framedState(FillMode::BlurFill, 0.5, 0.5, 1.0), true,
          "render + e-paper + frame"},
-        {"full render, Vivid, centre crop", PreprocState{FillMode::CenterCrop, 0, 0.5, 0.5, 1.0, {TonePreset::Vivid}},
-         false, "with the tone"},
+        {"full render, Vivid, centre crop",
+         PreprocState{FillMode::CenterCrop, 0, 0.5, 0.5, 1.0, {TonePreset::Vivid}}, false, "with the tone"},
     };
     for (const FullCase &c : fullCases)
         report(c.name, fullRenders(photo, c.state, c.epaper, fullRounds), c.note);

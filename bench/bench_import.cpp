@@ -85,8 +85,8 @@ void faceCost(const QStringList &photos)
     std::sort(decodes.begin(), decodes.end());
     std::sort(detections.begin(), detections.end());
     std::printf("Finding faces: %d photo(s), %d face(s) found\n", int(photos.size()), faces);
-    std::printf("  decode at %d px %7.1f ms   detection %7.1f ms per photo (target <= 40)\n", FaceDetector::kMaxSide,
-                decodes[decodes.size() / 2], detections[detections.size() / 2]);
+    std::printf("  decode at %d px %7.1f ms   detection %7.1f ms per photo (target <= 40)\n",
+                FaceDetector::kMaxSide, decodes[decodes.size() / 2], detections[detections.size() / 2]);
     std::fflush(stdout);
 }
 

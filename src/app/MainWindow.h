@@ -332,6 +332,7 @@ private:
     QPushButton *m_removeButton = nullptr;
     QLabel *m_countLabel = nullptr;
     QCheckBox *m_includeSubfoldersCheck = nullptr;
+    QCheckBox *m_frameFacesCheck = nullptr; // faces are looked for, and framed, as pictures are added
     QCheckBox *m_selectAllCheck = nullptr;
     QLabel *m_batchLabel = nullptr;
     PreprocControlPanel *m_batchPanel = nullptr;

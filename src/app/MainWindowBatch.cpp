@@ -9,8 +9,8 @@
 
 #include <QCoreApplication>
 #include <QMessageBox>
-#include <QPushButton>
 #include <QProgressDialog>
+#include <QPushButton>
 
 namespace {
 constexpr int kRowsWithoutProgress = 10;

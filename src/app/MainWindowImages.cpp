@@ -148,14 +148,17 @@ void MainWindow::addImageFiles(const QStringList &paths)
     // converted again all the same (a serial add converts before it looks for duplicates).
     QList<DecodeQueue::Job> jobs;
     jobs.reserve(pending.size());
+    const bool framesFaces = m_frameFacesCheck && m_frameFacesCheck->isChecked();
     QSet<QString> listed = seen;
     for (const PendingImage &image : std::as_const(pending)) {
         const bool duplicate = listed.contains(image.path);
         listed.insert(image.path);
         const bool heic = ImageLoader::isHeicPath(image.path);
-        jobs.append({image.path, !duplicate ? DecodeQueue::Work::Decode
-                                 : heic     ? DecodeQueue::Work::ConvertOnly
-                                            : DecodeQueue::Work::Nothing});
+        jobs.append({image.path,
+                     !duplicate ? DecodeQueue::Work::Decode
+                     : heic     ? DecodeQueue::Work::ConvertOnly
+                                : DecodeQueue::Work::Nothing,
+                     framesFaces});
     }
 
     const int total = int(pending.size());
@@ -339,6 +342,8 @@ void MainWindow::fillImageRow(int row, const QString &absolute, const QString &b
     widget->setPictureSize(picture.pictureSize);
     // No redraw here: the widget draws its first thumbnail once the row is in place.
     widget->setFrameSettings(panelResolution(), isLandscapeOrientation(), false);
+    if (picture.subjects && picture.subjects->detected)
+        widget->frameAroundSubjects(*picture.subjects);
     widget->applyLanguage();
     connect(widget, &PreprocWidget::preprocessingChanged, this,
             [this, widget] { onRowPreprocessingChanged(widget); });

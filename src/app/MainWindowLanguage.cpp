@@ -179,6 +179,8 @@ void MainWindow::retranslateUi()
     setTextIf(m_removeButton, Str::removeSelected());
     setTextIf(m_includeSubfoldersCheck, Str::includeSubfolders());
     setToolTipIf(m_includeSubfoldersCheck, Str::includeSubfoldersTip());
+    setTextIf(m_frameFacesCheck, Str::frameFacesSetting());
+    setToolTipIf(m_frameFacesCheck, Str::frameFacesSettingTip());
     setTextIf(m_selectAllCheck, Str::selectAll());
     setToolTipIf(m_selectAllCheck, Str::selectAllTip());
     if (m_imageTable) {

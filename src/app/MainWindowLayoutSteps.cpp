@@ -61,10 +61,13 @@ QGroupBox *MainWindow::createStepAddImages()
     m_includeSubfoldersCheck = new QCheckBox(Str::includeSubfolders(), section);
     m_includeSubfoldersCheck->setChecked(true);
     m_includeSubfoldersCheck->setToolTip(Str::includeSubfoldersTip());
+    m_frameFacesCheck = new QCheckBox(Str::frameFacesSetting(), section);
+    m_frameFacesCheck->setToolTip(Str::frameFacesSettingTip());
     for (QWidget *widget : std::initializer_list<QWidget *>{m_addImagesButton, m_addFolderButton,
                                                             m_clearButton, m_removeButton, m_countLabel})
         buttons->addWidget(widget);
     buttons->addStretch(1);
+    buttons->addWidget(m_frameFacesCheck);
     buttons->addWidget(m_includeSubfoldersCheck);
     layout->addLayout(buttons);
 

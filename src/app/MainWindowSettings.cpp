@@ -57,6 +57,8 @@ void MainWindow::loadSettings()
     if (m_includeSubfoldersCheck)
         m_includeSubfoldersCheck->setChecked(
             settings->value(QStringLiteral("recursive_scan"), true).toBool());
+    if (m_frameFacesCheck)
+        m_frameFacesCheck->setChecked(settings->value(QStringLiteral("frame_faces"), false).toBool());
 
     // 8. The key file: it decides the panel while it exists; without it the panel is 133.
     QString keyFile;
@@ -101,6 +103,7 @@ void MainWindow::saveSettings()
     settings->setValue(QStringLiteral("orientation"), frameOrientationValue());
     settings->setValue(QStringLiteral("recursive_scan"),
                        m_includeSubfoldersCheck && m_includeSubfoldersCheck->isChecked());
+    settings->setValue(QStringLiteral("frame_faces"), m_frameFacesCheck && m_frameFacesCheck->isChecked());
     if (m_keyFileEdit)
         settings->setValue(QStringLiteral("key_file_path"), m_keyFileEdit->text());
     settings->setValue(QStringLiteral("playlist_enabled"), true); // generation is always on here

@@ -72,8 +72,8 @@ std::optional<ToneSettings> readTone(const QJsonValue &value, QString *fault)
     for (const auto &slider : sliders) {
         const QJsonValue number = object.value(QLatin1String(slider.field));
         if (!isNumberIn(number, slider.low, slider.high)) {
-            *fault = Str::toneOutOfRange(QLatin1String(slider.field), number.toVariant().toString(), slider.low,
-                                         slider.high);
+            *fault = Str::toneOutOfRange(QLatin1String(slider.field), number.toVariant().toString(),
+                                         slider.low, slider.high);
             return std::nullopt;
         }
         *slider.into = number.toDouble();
@@ -212,7 +212,8 @@ std::optional<PictureList> PictureList::fromJson(const QByteArray &json, const Q
             return fail(Str::listBadPicture(number));
         if (withTones) { // a list from before tones has none: its pictures stay Neutral
             QString fault;
-            const std::optional<ToneSettings> tone = readTone(row.toObject().value(QStringLiteral("tone")), &fault);
+            const std::optional<ToneSettings> tone =
+                readTone(row.toObject().value(QStringLiteral("tone")), &fault);
             if (!tone)
                 return fail(Str::listBadTone(number, fault));
             picture->state.tone = *tone;

@@ -28,7 +28,7 @@ struct PackOptions {
     QString panelType = QStringLiteral("133");
     bool panelGiven = false;
     bool landscape = false;
-    std::optional<FillMode> fill; // for every picture; none: each picture's own or the default
+    std::optional<FillMode> fill;   // for every picture; none: each picture's own or the default
     std::optional<TonePreset> tone; // for every picture, nothing adjusted; none: each one's own
     int intervalMinutes = 30;
     bool loop = true;

@@ -11,7 +11,10 @@ constexpr cmsFloat64Number kSrgbCurve[5] = {2.4, 1 / 1.055, 0.055 / 1.055, 1 / 1
 // The inverse of the BT.709 camera curve (BT.601 and BT.2020 share it).
 constexpr cmsFloat64Number kBt709Curve[5] = {1 / 0.45, 1 / 1.099, 0.099 / 1.099, 1 / 4.5, 0.081};
 
-bool isChromaticity(double x, double y) { return std::isfinite(x) && std::isfinite(y) && x > 0 && y > 0 && x + y <= 1; }
+bool isChromaticity(double x, double y)
+{
+    return std::isfinite(x) && std::isfinite(y) && x > 0 && y > 0 && x + y <= 1;
+}
 
 cmsToneCurve *transferCurve(int transfer)
 {
@@ -50,9 +53,9 @@ ColourProfile ColourProfile::fromColorSpace(const QColorSpace &space)
 ColourProfile ColourProfile::fromNclx(const Nclx &nclx)
 {
     Nclx used = nclx;
-    const bool bt709 = nclx.primaries == 1 || nclx.primaries == 2 ||
-                       !isChromaticity(nclx.redX, nclx.redY) || !isChromaticity(nclx.greenX, nclx.greenY) ||
-                       !isChromaticity(nclx.blueX, nclx.blueY) || !isChromaticity(nclx.whiteX, nclx.whiteY);
+    const bool bt709 = nclx.primaries == 1 || nclx.primaries == 2 || !isChromaticity(nclx.redX, nclx.redY) ||
+                       !isChromaticity(nclx.greenX, nclx.greenY) || !isChromaticity(nclx.blueX, nclx.blueY) ||
+                       !isChromaticity(nclx.whiteX, nclx.whiteY);
     if (bt709) {
         if (nclx.primaries != 1 && nclx.primaries != 2)
             return ColourProfile{QByteArray(), Problem::Damaged};
@@ -66,9 +69,8 @@ ColourProfile ColourProfile::fromNclx(const Nclx &nclx)
     if (!curve)
         return ColourProfile{QByteArray(), Problem::Unsupported};
     const cmsCIExyY white{used.whiteX, used.whiteY, 1.0};
-    const cmsCIExyYTRIPLE primaries{{used.redX, used.redY, 1.0},
-                                    {used.greenX, used.greenY, 1.0},
-                                    {used.blueX, used.blueY, 1.0}};
+    const cmsCIExyYTRIPLE primaries{
+        {used.redX, used.redY, 1.0}, {used.greenX, used.greenY, 1.0}, {used.blueX, used.blueY, 1.0}};
     cmsToneCurve *curves[3] = {curve, curve, curve};
     cmsHPROFILE profile = cmsCreateRGBProfile(&white, &primaries, curves);
     cmsFreeToneCurve(curve);

@@ -17,8 +17,8 @@ QImage previewFrom(const QImage &reduced, const QSize &picture)
 {
     if (!picture.isValid() || std::max(picture.width(), picture.height()) <= kPreviewSide || reduced.isNull())
         return ImageLoader::scaledToFit(reduced, kPreviewSide);
-    return reduced.scaled(picture.scaled(kPreviewSide, kPreviewSide, Qt::KeepAspectRatio), Qt::IgnoreAspectRatio,
-                          Qt::SmoothTransformation);
+    return reduced.scaled(picture.scaled(kPreviewSide, kPreviewSide, Qt::KeepAspectRatio),
+                          Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
 }
 
 } // namespace
@@ -51,10 +51,12 @@ DecodedPicture DecodeQueue::decode(const Job &job)
         if (picture.unconvertible || job.work == Work::ConvertOnly)
             return picture;
         if (job.findFaces) {
-            const QImage reduced = full.isNull() ? ImageLoader::load(picture.heicCache, FaceDetector::kMaxSide)
-                                                 : ImageLoader::scaledToFit(full, FaceDetector::kMaxSide);
+            const QImage reduced = full.isNull()
+                                       ? ImageLoader::load(picture.heicCache, FaceDetector::kMaxSide)
+                                       : ImageLoader::scaledToFit(full, FaceDetector::kMaxSide);
             picture.subjects = FaceDetector::detect(reduced);
-            preview = previewFrom(reduced, full.isNull() ? ImageLoader::pictureSize(picture.heicCache) : full.size());
+            preview = previewFrom(reduced,
+                                  full.isNull() ? ImageLoader::pictureSize(picture.heicCache) : full.size());
         } else {
             preview = full.isNull() ? ImageLoader::load(picture.heicCache, kPreviewSide)
                                     : ImageLoader::scaledToFit(full, kPreviewSide);

@@ -27,7 +27,10 @@ QByteArray readExactly(QFile &file, qint64 size)
     return bytes.size() == size ? bytes : QByteArray();
 }
 
-quint32 bigEndian32(const QByteArray &bytes, int at) { return qFromBigEndian<quint32>(bytes.constData() + at); }
+quint32 bigEndian32(const QByteArray &bytes, int at)
+{
+    return qFromBigEndian<quint32>(bytes.constData() + at);
+}
 
 Found fromJpeg(QFile &file)
 {
@@ -157,7 +160,7 @@ Found fromWebp(QFile &file)
         if (type == "ICCP")
             return readExactly(file, size);
         if (type == "VP8 " || type == "VP8L" || type == "ANIM" || type == "ANMF")
-            break; // the profile chunk comes before the picture's data
+            break;                                      // the profile chunk comes before the picture's data
         if (!file.seek(file.pos() + size + (size & 1))) // chunks are padded to an even size
             break;
     }

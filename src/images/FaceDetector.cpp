@@ -61,7 +61,8 @@ QList<QRectF> facesIn(const cv::Mat &grey, cv::CascadeClassifier &faces)
     const int smallest = std::max(12, int(kSmallestFace * std::min(grey.cols, grey.rows)));
     std::vector<cv::Rect> found;
     faces.detectMultiScale(equalised, found, kScaleStep, 4, 0, cv::Size(smallest, smallest));
-    std::sort(found.begin(), found.end(), [](const cv::Rect &a, const cv::Rect &b) { return a.area() > b.area(); });
+    std::sort(found.begin(), found.end(),
+              [](const cv::Rect &a, const cv::Rect &b) { return a.area() > b.area(); });
     QList<QRectF> rects;
     for (const cv::Rect &face : found)
         rects << normalised(face, grey.size());
@@ -107,7 +108,8 @@ QString cascadePath()
     QStringList folders;
     if (QCoreApplication::instance())
         folders << QDir(QCoreApplication::applicationDirPath()).filePath(QStringLiteral("haarcascades"));
-    folders << QStringLiteral("/usr/share/opencv4/haarcascades") << QStringLiteral("/usr/share/opencv/haarcascades");
+    folders << QStringLiteral("/usr/share/opencv4/haarcascades")
+            << QStringLiteral("/usr/share/opencv/haarcascades");
     for (const QString &folder : folders) {
         const QString path = QDir(folder).filePath(QLatin1String(kCascade));
         if (QFileInfo(path).isFile())

@@ -60,9 +60,10 @@ QImage readInSrgb(QImageReader &reader, const QString &path, ColourProfile::Prob
     }
     bool unreadable = false;
     const QByteArray icc = EmbeddedProfile::read(path, &unreadable);
-    return SrgbConversion::toSrgb(
-        std::move(image), unreadable ? ColourProfile{QByteArray(), ColourProfile::Problem::Damaged} : ColourProfile::fromIcc(icc),
-        colourProblem);
+    return SrgbConversion::toSrgb(std::move(image),
+                                  unreadable ? ColourProfile{QByteArray(), ColourProfile::Problem::Damaged}
+                                             : ColourProfile::fromIcc(icc),
+                                  colourProblem);
 }
 } // namespace
 

@@ -114,8 +114,8 @@ const Matrix *srgbFromXyz()
 cmsHPROFILE srgbGreyProfile()
 {
     const ProfileHandle srgb(cmsCreate_sRGBProfile());
-    const auto *curve = srgb.profile ? static_cast<const cmsToneCurve *>(cmsReadTag(srgb.profile, cmsSigRedTRCTag))
-                                     : nullptr;
+    const auto *curve =
+        srgb.profile ? static_cast<const cmsToneCurve *>(cmsReadTag(srgb.profile, cmsSigRedTRCTag)) : nullptr;
     return curve ? cmsCreateGrayProfile(cmsD50_xyY(), curve) : nullptr;
 }
 
@@ -178,9 +178,10 @@ Converter::Converter(const QByteArray &icc)
     if (m_grey || !buildTables(profile.profile)) {
         const ProfileHandle target(m_grey ? srgbGreyProfile() : cmsCreate_sRGBProfile());
         const cmsUInt32Number type = m_grey ? TYPE_GRAY_8 : kRgb32Type;
-        m_transform = target.profile ? cmsCreateTransform(profile.profile, type, target.profile, type,
-                                                          INTENT_PERCEPTUAL, cmsFLAGS_NOCACHE | cmsFLAGS_COPY_ALPHA)
-                                     : nullptr;
+        m_transform = target.profile
+                          ? cmsCreateTransform(profile.profile, type, target.profile, type, INTENT_PERCEPTUAL,
+                                               cmsFLAGS_NOCACHE | cmsFLAGS_COPY_ALPHA)
+                          : nullptr;
         if (!m_transform) {
             m_problem = Problem::Damaged;
             return;
@@ -208,7 +209,8 @@ bool Converter::buildTables(cmsHPROFILE profile)
     for (size_t c = 0; c < 3; ++c) {
         qint32 low = 0, high = 0;
         for (int v = 0; v < 256; ++v) {
-            const double linear = std::clamp(double(cmsEvalToneCurveFloat(curves[c], float(v / 255.0))), 0.0, 1.0);
+            const double linear =
+                std::clamp(double(cmsEvalToneCurveFloat(curves[c], float(v / 255.0))), 0.0, 1.0);
             for (size_t k = 0; k < 3; ++k) {
                 const auto term = qint32(std::lround(mix[k][c] * linear * (kLinearSteps - 1)));
                 m_tables[c][size_t(v)][k] = term;
@@ -276,7 +278,8 @@ QImage Converter::apply(QImage image) const
 bool Converter::changesNothing() const
 {
     constexpr int kLevels = 18; // 0, 15, 30, ..., 255
-    QImage grid(kLevels * kLevels * kLevels + 256, 1, m_grey ? QImage::Format_Grayscale8 : QImage::Format_RGB32);
+    QImage grid(kLevels * kLevels * kLevels + 256, 1,
+                m_grey ? QImage::Format_Grayscale8 : QImage::Format_RGB32);
     int at = 0;
     if (m_grey) {
         for (int v = 0; v < grid.width(); ++v)

@@ -34,9 +34,9 @@ struct WicResult {
     bool ok() const { return failedStep == WicStep::None; }
 };
 
-// Decodes frame 0 of the file (UTF-16 path) to 32-bit BGRA, with its colour context. Safe on any thread: COM is
-// initialised once per calling thread as a single-threaded apartment (a thread already in
-// another mode is accepted); every interface obtained is released on every path.
+// Decodes frame 0 of the file (UTF-16 path) to 32-bit BGRA, with its colour context. Safe on any thread: COM
+// is initialised once per calling thread as a single-threaded apartment (a thread already in another mode is
+// accepted); every interface obtained is released on every path.
 WicResult wicDecodeFile(const wchar_t *path, WicImage *out);
 
 const char *wicStepName(WicStep step);

@@ -54,10 +54,12 @@ void readColourContext(IWICImagingFactory *factory, IWICBitmapFrameDecode *frame
                 continue;
             if (type == WICColorContextExifColorSpace) {
                 contexts[i]->GetExifColorSpace(&out->exifColorSpace);
-            } else if (type == WICColorContextProfile && SUCCEEDED(contexts[i]->GetProfileBytes(0, nullptr, &size)) &&
-                       size > 0 && size <= kMaxProfileBytes) {
+            } else if (type == WICColorContextProfile &&
+                       SUCCEEDED(contexts[i]->GetProfileBytes(0, nullptr, &size)) && size > 0 &&
+                       size <= kMaxProfileBytes) {
                 std::vector<uint8_t> bytes(size);
-                if (SUCCEEDED(contexts[i]->GetProfileBytes(size, bytes.data(), &size)) && size == bytes.size())
+                if (SUCCEEDED(contexts[i]->GetProfileBytes(size, bytes.data(), &size)) &&
+                    size == bytes.size())
                     out->icc = std::move(bytes);
             }
         }

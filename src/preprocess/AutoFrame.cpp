@@ -10,7 +10,10 @@ namespace {
 
 constexpr double kTolerance = 1e-6;
 
-QSize rotatedSize(const QSize &picture, int degrees) { return degrees % 180 != 0 ? picture.transposed() : picture; }
+QSize rotatedSize(const QSize &picture, int degrees)
+{
+    return degrees % 180 != 0 ? picture.transposed() : picture;
+}
 
 QRectF unionOf(const QList<QRectF> &rects)
 {
@@ -98,8 +101,8 @@ QRectF window(const QSize &picture, const PreprocState &state, const QSize &pane
     const QSize rotated = rotatedSize(picture, state.rotationDegrees);
     const QSize frame = effectiveFrameResolution(panel, landscape);
     const PreprocState framing = Framing::clamped(state);
-    const QRectF drawn =
-        Framing::pictureRect(rotated, state.fillMode, frame, QPointF(framing.focusX, framing.focusY), framing.zoom);
+    const QRectF drawn = Framing::pictureRect(rotated, state.fillMode, frame,
+                                              QPointF(framing.focusX, framing.focusY), framing.zoom);
     if (drawn.isEmpty() || state.fillMode == FillMode::Direct)
         return QRectF(0, 0, 1, 1);
     const QRectF shown = drawn.intersected(QRectF(QPointF(0, 0), QSizeF(frame)));
@@ -114,14 +117,15 @@ int cutFaces(const QSize &picture, const PreprocState &state, const QSize &panel
     int cut = 0;
     for (const QRectF &face : turned(faces, state.rotationDegrees)) {
         const QRectF inside = face.intersected(shown);
-        const double share = face.isEmpty() ? 1.0 : inside.width() * inside.height() / (face.width() * face.height());
+        const double share =
+            face.isEmpty() ? 1.0 : inside.width() * inside.height() / (face.width() * face.height());
         cut += share < kKeptShare ? 1 : 0;
     }
     return cut;
 }
 
-Result frame(const PreprocState &state, const QSize &picture, const PictureSubjects &subjects, const QSize &panel,
-             bool landscape)
+Result frame(const PreprocState &state, const QSize &picture, const PictureSubjects &subjects,
+             const QSize &panel, bool landscape)
 {
     Result result{state, true};
     const bool byFaces = !subjects.faces.isEmpty();
@@ -139,8 +143,8 @@ Result frame(const PreprocState &state, const QSize &picture, const PictureSubje
         return result;
     }
     // A lower zoom widens the window in proportion; never below the fitted or covering size.
-    const double zoom =
-        std::max(Framing::kMinZoom, framing.zoom * std::min(shown.width() / all.width(), shown.height() / all.height()));
+    const double zoom = std::max(Framing::kMinZoom, framing.zoom * std::min(shown.width() / all.width(),
+                                                                            shown.height() / all.height()));
     const QSizeF widened = shown * (framing.zoom / zoom);
     if (fitsIn(all, widened)) {
         result.state = focusedOn(framing, all, zoom);

@@ -21,8 +21,8 @@ struct Result {
     bool allFacesFit = true;
 };
 
-Result frame(const PreprocState &state, const QSize &picture, const PictureSubjects &subjects, const QSize &panel,
-             bool landscape);
+Result frame(const PreprocState &state, const QSize &picture, const PictureSubjects &subjects,
+             const QSize &panel, bool landscape);
 
 // Rectangles in fractions of the upright picture, in fractions of the picture turned clockwise
 // by degrees (a multiple of 90).

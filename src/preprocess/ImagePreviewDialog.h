@@ -107,8 +107,8 @@ private:
     QPushButton *m_actualPixelsButton = nullptr;
     QTimer m_settle;
     PanelRenderer m_renderer;
-    quint64 m_awaited = 0;   // the render the preview waits for
-    QImage m_composition;    // the last one at the panel's resolution
+    quint64 m_awaited = 0; // the render the preview waits for
+    QImage m_composition;  // the last one at the panel's resolution
     bool m_quick = false;
     bool m_centreOnShow = false; // the actual-pixels view is centred when it next shows
 };

@@ -37,8 +37,8 @@ void ImagePreviewDialog::refreshPreview()
 {
     m_settle.stop();
     refreshQuickPreview();
-    m_awaited = m_renderer.request({m_pyramid.full(), shownState(), m_panel, m_landscape,
-                                    m_epaperCheck->isChecked(), outerSize()});
+    m_awaited = m_renderer.request(
+        {m_pyramid.full(), shownState(), m_panel, m_landscape, m_epaperCheck->isChecked(), outerSize()});
 }
 
 void ImagePreviewDialog::refreshQuickPreview()

@@ -18,7 +18,8 @@ PanelRenderer::~PanelRenderer()
 PanelRenderer::Result PanelRenderer::render(const Request &request)
 {
     Result result;
-    result.composition = renderPreprocDisplayPreview(request.source, request.state, request.panel, request.landscape);
+    result.composition =
+        renderPreprocDisplayPreview(request.source, request.state, request.panel, request.landscape);
     if (result.composition.isNull())
         return result;
     if (request.epaper)

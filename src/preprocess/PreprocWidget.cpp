@@ -1,5 +1,7 @@
 #include "preprocess/PreprocWidget.h"
 
+#include "preprocess/AutoFrame.h"
+
 #include "images/ImageLoader.h"
 #include "preprocess/Framing.h"
 #include "preprocess/ImagePreviewDialog.h"
@@ -73,10 +75,14 @@ void PreprocWidget::setupUI()
     m_lowResolutionMark = new QLabel(QStringLiteral("⚠"), this);
     m_lowResolutionMark->setObjectName(QStringLiteral("tarnLowResMark"));
     m_lowResolutionMark->hide();
+    m_faceMark = new QLabel(QStringLiteral("⚠"), this);
+    m_faceMark->setObjectName(QStringLiteral("tarnFaceMark"));
+    m_faceMark->hide();
     m_toneMark = new QLabel(QStringLiteral("◐"), this);
     m_toneMark->setObjectName(QStringLiteral("tarnToneMark"));
     m_toneMark->hide();
     nameRow->addWidget(m_lowResolutionMark);
+    nameRow->addWidget(m_faceMark);
     nameRow->addWidget(m_nameLabel);
     nameRow->addWidget(m_toneMark); // beside the name, as a note on the picture
     left->addLayout(nameRow);
@@ -147,7 +153,7 @@ void PreprocWidget::setPreviewRenderer(PreviewRenderer *renderer) { m_renderer =
 void PreprocWidget::setPictureSize(const QSize &size)
 {
     m_pictureSize = size;
-    updateLowResolutionMark();
+    updateMarks();
 }
 
 void PreprocWidget::updateLowResolutionMark()
@@ -156,6 +162,28 @@ void PreprocWidget::updateLowResolutionMark()
         Framing::lowResolutionText(m_pictureSize, m_state, m_panelResolution, m_landscape);
     m_lowResolutionMark->setToolTip(warning);
     m_lowResolutionMark->setVisible(!warning.isEmpty());
+}
+
+void PreprocWidget::setSubjects(const PictureSubjects &subjects)
+{
+    m_subjects = subjects;
+    updateFaceMark();
+}
+
+void PreprocWidget::updateFaceMark()
+{
+    const int cut = m_subjects ? AutoFrame::cutFaces(m_pictureSize, m_state, m_panelResolution, m_landscape,
+                                                     m_subjects->faces)
+                               : 0;
+    m_faceMark->setToolTip(cut > 0 ? Str::faceCutTip(cut) : QString());
+    m_faceMark->setVisible(cut > 0);
+}
+
+void PreprocWidget::updateMarks()
+{
+    updateLowResolutionMark();
+    updateFaceMark();
+    updateToneMark();
 }
 
 void PreprocWidget::updateToneMark()
@@ -185,11 +213,20 @@ void PreprocWidget::refreshPreviewDisplay() { updatePreview(); }
 
 QImage PreprocWidget::loadFullSourceImage() const { return ImageLoader::load(m_sourcePath, 0); }
 
+void PreprocWidget::followSubjects()
+{
+    if (!m_followsSubjects || !m_subjects)
+        return;
+    const AutoFrame::Result framed =
+        AutoFrame::frame(m_state, m_pictureSize, *m_subjects, m_panelResolution, m_landscape);
+    m_state = withoutDirect(framed.state);
+}
+
 void PreprocWidget::finishChange(bool refresh)
 {
+    followSubjects();
     m_controlPanel->setState(m_state);
-    updateLowResolutionMark();
-    updateToneMark();
+    updateMarks();
     if (!refresh)
         return;
     refreshPreviewDisplay();
@@ -226,8 +263,16 @@ void PreprocWidget::onRotateRight() { stepRotate(90, true); }
 
 void PreprocWidget::commitState(const PreprocState &state, bool refresh)
 {
+    m_followsSubjects = false; // framed by hand (or as a list keeps it) from now on
     m_state = withoutDirect(state);
     finishChange(refresh);
+}
+
+void PreprocWidget::frameAroundSubjects(const PictureSubjects &subjects)
+{
+    m_subjects = subjects;
+    m_followsSubjects = true;
+    finishChange(false);
 }
 
 void PreprocWidget::applyState(const PreprocState &state) { commitState(state, true); }
@@ -239,7 +284,8 @@ void PreprocWidget::setFrameSettings(const QSize &panel, bool landscape, bool re
     m_panelResolution = panel;
     m_landscape = landscape;
     updatePreviewFrameSize();
-    updateLowResolutionMark();
+    followSubjects();
+    updateMarks();
     if (refresh) {
         refreshPreviewDisplay();
         Q_EMIT preprocessingChanged();
@@ -254,6 +300,8 @@ void PreprocWidget::swapContentWith(PreprocWidget *other)
     std::swap(m_thumbnailSource, other->m_thumbnailSource);
     std::swap(m_state, other->m_state);
     std::swap(m_pictureSize, other->m_pictureSize);
+    std::swap(m_subjects, other->m_subjects);
+    std::swap(m_followsSubjects, other->m_followsSubjects);
     if (m_renderer) {
         // Both rows share the frame settings: each thumbnail is right for the other row at once
         // (and is drawn again, in case one was still on its way).
@@ -264,8 +312,7 @@ void PreprocWidget::swapContentWith(PreprocWidget *other)
     for (PreprocWidget *widget : {this, other}) {
         widget->showSourceName();
         widget->m_controlPanel->setState(widget->m_state);
-        widget->updateLowResolutionMark();
-        widget->updateToneMark();
+        widget->updateMarks();
         widget->updatePreview();
     }
 }
@@ -274,8 +321,7 @@ void PreprocWidget::applyLanguage()
 {
     m_controlPanel->applyLanguage();
     m_previewLabel->setToolTip(Str::clickPreviewTip());
-    updateLowResolutionMark();
-    updateToneMark();
+    updateMarks();
 }
 
 void PreprocWidget::openPreviewDialog()

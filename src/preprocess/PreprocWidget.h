@@ -1,12 +1,15 @@
 #pragma once
 
 #include "images/CompactImage.h"
+#include "images/FaceDetector.h"
 #include "preprocess/ImagePreprocess.h"
 
 #include <QImage>
 #include <QPointer>
 #include <QSize>
 #include <QWidget>
+
+#include <optional>
 
 class PreprocControlPanel;
 class PreviewRenderer;
@@ -40,6 +43,15 @@ public:
     QLabel *lowResolutionMark() const { return m_lowResolutionMark; }
     // Shown while the picture has a tone other than Neutral, its tool tip naming it.
     QLabel *toneMark() const { return m_toneMark; }
+    // The faces found in the picture (or its subject), where they were looked for.
+    void setSubjects(const PictureSubjects &subjects);
+    // The same, and the picture framed around them (AutoFrame) from now on: as its fill,
+    // rotation or frame change, until it is framed by hand (commitState()). No redraw.
+    void frameAroundSubjects(const PictureSubjects &subjects);
+    bool followsSubjects() const { return m_followsSubjects; }
+    const std::optional<PictureSubjects> &subjects() const { return m_subjects; }
+    // Shown while the crop window cuts one of those faces, its tool tip saying so.
+    QLabel *faceMark() const { return m_faceMark; }
     // A framed thumbnail the renderer made for this widget's current content.
     void showFramedPreview(const QImage &framed);
 
@@ -91,6 +103,10 @@ private:
     void showSourceName();
     void updateLowResolutionMark();
     void updateToneMark();
+    void updateFaceMark();
+    // The state framed around the picture's faces while it follows them.
+    void followSubjects();
+    void updateMarks();
     static PreprocState withoutDirect(PreprocState state);
 
     QString m_sourcePath;
@@ -102,6 +118,9 @@ private:
     QLabel *m_nameLabel = nullptr;
     QLabel *m_lowResolutionMark = nullptr;
     QLabel *m_toneMark = nullptr;
+    QLabel *m_faceMark = nullptr;
+    std::optional<PictureSubjects> m_subjects;
+    bool m_followsSubjects = false;
     PreprocControlPanel *m_controlPanel = nullptr;
     QLabel *m_previewLabel = nullptr;
     QPointer<PreviewRenderer> m_renderer;

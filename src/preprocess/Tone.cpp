@@ -39,8 +39,8 @@ constexpr std::array<Preset, 5> kPresets = {{
 
 const Preset *find(TonePreset preset)
 {
-    const auto found =
-        std::find_if(kPresets.begin(), kPresets.end(), [preset](const Preset &p) { return p.preset == preset; });
+    const auto found = std::find_if(kPresets.begin(), kPresets.end(),
+                                    [preset](const Preset &p) { return p.preset == preset; });
     return found == kPresets.end() ? nullptr : &*found;
 }
 
@@ -71,7 +71,8 @@ std::array<uchar, 256> toneCurve(const Adjustment &adjustment)
     std::array<uchar, 256> curve{};
     for (int v = 0; v < 256; ++v) {
         const double exposed = srgbFromLinear(std::min(1.0, linearFromSrgb(v / 255.0) * gain));
-        curve[size_t(v)] = uchar(std::clamp(std::lround(255 * sCurve(exposed, adjustment.contrast)), 0L, 255L));
+        curve[size_t(v)] =
+            uchar(std::clamp(std::lround(255 * sCurve(exposed, adjustment.contrast)), 0L, 255L));
     }
     return curve;
 }
@@ -111,7 +112,10 @@ bool isAdjusted(const ToneSettings &tone)
     return t.exposure != 0.0 || t.contrast != 0.0 || t.saturation != 1.0;
 }
 
-bool isNeutral(const ToneSettings &tone) { return clamped(tone).preset == TonePreset::Neutral && !isAdjusted(tone); }
+bool isNeutral(const ToneSettings &tone)
+{
+    return clamped(tone).preset == TonePreset::Neutral && !isAdjusted(tone);
+}
 
 ToneSettings clamped(ToneSettings tone)
 {
@@ -142,7 +146,8 @@ void toneArea(const QImage &source, QImage &target, const QRect &area, const Ton
         auto *out = reinterpret_cast<QRgb *>(target.scanLine(y));
         for (int x = area.left(); x <= area.right(); ++x) {
             const QRgb pixel = in[x];
-            int r = curve[size_t(qRed(pixel))], g = curve[size_t(qGreen(pixel))], b = curve[size_t(qBlue(pixel))];
+            int r = curve[size_t(qRed(pixel))], g = curve[size_t(qGreen(pixel))],
+                b = curve[size_t(qBlue(pixel))];
             if (saturation != 256) {
                 const int grey256 = 54 * r + 183 * g + 19 * b;
                 r = saturated(grey256, r);
@@ -165,7 +170,8 @@ QImage apply(QImage image, const ToneSettings &tone)
 {
     if (image.isNull() || isNeutral(tone))
         return image;
-    const QImage source = image.format() == toneFormat(image) ? image : image.convertToFormat(toneFormat(image));
+    const QImage source =
+        image.format() == toneFormat(image) ? image : image.convertToFormat(toneFormat(image));
     QImage toned(source.size(), source.format());
     if (toned.isNull())
         return image; // no memory for the toned copy: the picture as it is

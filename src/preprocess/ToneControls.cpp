@@ -39,10 +39,11 @@ ToneControls::ToneControls(QWidget *parent)
     layout->addLayout(presetRow);
 
     auto *sliderRow = new QHBoxLayout;
-    m_exposure = addSlider(sliderRow, &m_exposureCaption, &m_exposureValue, int(Tone::kMinExposure * kExposureSteps),
-                           int(Tone::kMaxExposure * kExposureSteps));
-    m_contrast = addSlider(sliderRow, &m_contrastCaption, &m_contrastValue, int(Tone::kMinContrast * kPercent),
-                           int(Tone::kMaxContrast * kPercent));
+    m_exposure =
+        addSlider(sliderRow, &m_exposureCaption, &m_exposureValue, int(Tone::kMinExposure * kExposureSteps),
+                  int(Tone::kMaxExposure * kExposureSteps));
+    m_contrast = addSlider(sliderRow, &m_contrastCaption, &m_contrastValue,
+                           int(Tone::kMinContrast * kPercent), int(Tone::kMaxContrast * kPercent));
     m_saturation = addSlider(sliderRow, &m_saturationCaption, &m_saturationValue,
                              int(Tone::kMinSaturation * kPercent), int(Tone::kMaxSaturation * kPercent));
     layout->addLayout(sliderRow);

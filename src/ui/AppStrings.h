@@ -355,6 +355,11 @@ QString actualPixels();
 QString actualPixelsTip();
 QString showAsEpaperTip();
 QString previewRendering();
+
+// --- Faces: the mark of a crop that cuts one, framing new pictures around them ---
+QString faceCutTip(int faces);
+QString frameFacesSetting();
+QString frameFacesSettingTip();
 QString cropDialogTitle();
 QString cropDialogIntro();
 QString cropLandscapeMode();

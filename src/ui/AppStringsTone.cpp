@@ -27,8 +27,9 @@ QString tonePresetTip(TonePreset preset)
 {
     switch (preset) {
     case TonePreset::Balanced:
-        return pick("略微提亮，增加对比度和色彩：适合六色墨水屏上的大多数照片",
-                    "A little brighter, with more contrast and colour: suits most photos on a six-colour panel");
+        return pick(
+            "略微提亮，增加对比度和色彩：适合六色墨水屏上的大多数照片",
+            "A little brighter, with more contrast and colour: suits most photos on a six-colour panel");
     case TonePreset::Vivid:
         return pick("浓郁的色彩和对比度，适合在墨水屏上显得平淡的图片",
                     "Strong colour and contrast, for pictures that look flat on the panel");
@@ -74,7 +75,8 @@ QString contrastTip()
 }
 QString saturationTip()
 {
-    return pick("在预设之上的色彩浓度：0% 为灰度，200% 为两倍", "Colour on top of the preset: 0% is grey, 200% double");
+    return pick("在预设之上的色彩浓度：0% 为灰度，200% 为两倍",
+                "Colour on top of the preset: 0% is grey, 200% double");
 }
 QString resetTone() { return pick("重置色调", "Reset tone"); }
 QString resetToneTip() { return pick("恢复原色，不做任何调整", "Back to Neutral, with nothing adjusted"); }
@@ -98,7 +100,9 @@ QString batchToneHint(int count)
 }
 QString batchToneApplied(const QString &tone, int count)
 {
-    return pick("  已对 %2 张图片应用批量色调“%1”", "  Batch tone \"%1\" applied to %2 image(s)").arg(tone).arg(count);
+    return pick("  已对 %2 张图片应用批量色调“%1”", "  Batch tone \"%1\" applied to %2 image(s)")
+        .arg(tone)
+        .arg(count);
 }
 
 QString actualPixels() { return pick("实际像素", "Actual pixels"); }
@@ -120,11 +124,15 @@ QString listBadTone(int number, const QString &what)
         .arg(number)
         .arg(what);
 }
-QString toneUnknownPreset(const QString &key) { return pick("未知的预设“%1”", "unknown preset \"%1\"").arg(key); }
+QString toneUnknownPreset(const QString &key)
+{
+    return pick("未知的预设“%1”", "unknown preset \"%1\"").arg(key);
+}
 QString toneOutOfRange(const QString &field, const QString &value, double low, double high)
 {
     return pick("%1 为 %2，超出 %3 … %4", "%1 %2 is outside %3 … %4")
-        .arg(field, value.isEmpty() ? QStringLiteral("?") : value, QString::number(low), QString::number(high));
+        .arg(field, value.isEmpty() ? QStringLiteral("?") : value, QString::number(low),
+             QString::number(high));
 }
 
 QString packOptionTone()

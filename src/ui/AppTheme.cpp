@@ -82,7 +82,7 @@ QString rowControlsStyleRules()
            actionButtonStyleSheet().replace(button, QLatin1String("QPushButton#tarnActionBtn")) +
            QStringLiteral("QLabel#tarnPanelCaption {") + mutedLabelStyleSheet("font-size:11px;") +
            QStringLiteral("}QLabel#tarnRowPreview { background: transparent; }"
-                          "QLabel#tarnLowResMark { color: #e0a030; font-weight: bold; }"
+                          "QLabel#tarnLowResMark, QLabel#tarnFaceMark { color: #e0a030; font-weight: bold; }"
                           "QLabel#tarnToneMark { color: #3a9a6e; }");
 }
 

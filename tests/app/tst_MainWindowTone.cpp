@@ -24,7 +24,9 @@ namespace {
 // Answers the batch tone dialog with a preset and an exposure, and records what it showed.
 struct ToneAnswer {
     ToneAnswer(TonePreset preset, int exposureSteps, bool accept = true)
-        : preset(preset), exposureSteps(exposureSteps), accept(accept)
+        : preset(preset)
+        , exposureSteps(exposureSteps)
+        , accept(accept)
     {
     }
 
@@ -100,8 +102,8 @@ void TestMainWindowTone::batchToneKeepsEachRowsFramingAndFill()
         QVERIFY(!rowWidget(row)->toneMark()->isHidden());
         QCOMPARE(rowWidget(row)->toneMark()->toolTip(), QStringLiteral("Tone: ") + Tone::description(vivid));
     }
-    QVERIFY(logLines(*m_window).last().contains(QStringLiteral("Batch tone \"%1\" applied to 2 image(s)")
-                                                    .arg(Tone::description(vivid))));
+    QVERIFY(logLines(*m_window).last().contains(
+        QStringLiteral("Batch tone \"%1\" applied to 2 image(s)").arg(Tone::description(vivid))));
 
     // The next batch starts from the first checked row's tone; back to Neutral hides the mark.
     ToneAnswer neutral{TonePreset::Neutral, 0};

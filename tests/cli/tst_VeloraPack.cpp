@@ -140,12 +140,14 @@ void TestVeloraPack::samePackageAsTheWindowFromTheCommandLine()
 
 void TestVeloraPack::toneGivesTheWindowsPackage()
 {
-    const QStringList pictures = addPictures({TestFiles::positionImage(800, 600), TestFiles::positionImage(600, 800)});
+    const QStringList pictures =
+        addPictures({TestFiles::positionImage(800, 600), TestFiles::positionImage(600, 800)});
     check({0, 1});
     QCOMPARE(m_window->applyToneToCheckedRows(ToneSettings{TonePreset::Vivid}), 2);
     runWindow();
 
-    const Result result = pack({"--out", m_fixture->path("cli"), "--tone", "vivid", pictures.at(0), pictures.at(1)});
+    const Result result =
+        pack({"--out", m_fixture->path("cli"), "--tone", "vivid", pictures.at(0), pictures.at(1)});
     QVERIFY2(result.exitCode == 0, qPrintable(result.err));
     const auto window = TestFiles::contents(packageDir());
     QCOMPARE(TestFiles::contents(m_fixture->path("cli/vl_play")), window);

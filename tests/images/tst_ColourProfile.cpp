@@ -61,8 +61,8 @@ void TestColourProfile::nclxBecomesAProfile()
     const ColourProfile profile = ColourProfile::fromNclx(nclx(12, 13));
     QCOMPARE(profile.problem, ColourProfile::Problem::None);
     const QImage chart = ColourReference::chart();
-    const double error = ColourReference::meanDeltaE(SrgbConversion::toSrgb(chart, profile),
-                                                     ColourReference::toSrgb(chart, ColourReference::displayP3()));
+    const double error = ColourReference::meanDeltaE(
+        SrgbConversion::toSrgb(chart, profile), ColourReference::toSrgb(chart, ColourReference::displayP3()));
     QVERIFY2(error <= 1.5, qPrintable(QString::number(error)));
 }
 

@@ -114,7 +114,8 @@ void TestDecodeQueue::facesAreFoundFromTheSameDecode()
         QCOMPARE(picture.thumbnail.size(), plain.thumbnail.size());
         QCOMPARE(picture.pictureSize, QSize(2400, 1000));
     }
-    QCOMPARE(ImageLoader::heifDecodeCount(), heifDecodes + 1); // the HEIC's one decode serves it all, then the cache
+    QCOMPARE(ImageLoader::heifDecodeCount(),
+             heifDecodes + 1); // the HEIC's one decode serves it all, then the cache
     // Not asked, not found; a picture that cannot be read is reported as not detected.
     QVERIFY(!DecodeQueue::decode({jpeg, DecodeQueue::Work::Decode}).subjects.has_value());
     const QString broken = m_dir.filePath("broken.jpg");

@@ -58,7 +58,8 @@ void TestEmbeddedProfile::profilesQtDoesNotWriteAreRead()
 void TestEmbeddedProfile::largeProfileSpreadOverSegments()
 {
     // A JPEG segment holds at most 64 KB: Qt writes a larger profile in numbered parts.
-    QColorSpace space = QColorSpace::fromIccProfile(ColourReference::iccProfile(ColourReference::displayP3()));
+    QColorSpace space =
+        QColorSpace::fromIccProfile(ColourReference::iccProfile(ColourReference::displayP3()));
     QByteArray large = space.iccProfile();
     large += QByteArray(150 * 1024, '\0'); // room after the tags, as some profiles carry
     QImage tagged = m_picture;
@@ -80,8 +81,8 @@ void TestEmbeddedProfile::noProfileGivesNothing()
 
 void TestEmbeddedProfile::damagedFilesGiveNothing()
 {
-    const QByteArray jpeg =
-        ColourReference::jpegWithProfile(m_picture, ColourReference::iccProfile(ColourReference::displayP3()));
+    const QByteArray jpeg = ColourReference::jpegWithProfile(
+        m_picture, ColourReference::iccProfile(ColourReference::displayP3()));
     const QByteArray png =
         ColourReference::pngWithProfile(m_picture, ColourReference::iccProfile(ColourReference::displayP3()));
     QVERIFY(TestFiles::write(path("cut.jpg"), jpeg.left(40)));

@@ -23,7 +23,8 @@ QImage canvasWith(const QSize &canvas, const QList<QPoint> &at, int side)
     QImage image(canvas, QImage::Format_RGB32);
     image.fill(QColor(200, 200, 196));
     QPainter painter(&image);
-    const QImage photo = TestFiles::astronaut().scaled(side, side, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+    const QImage photo =
+        TestFiles::astronaut().scaled(side, side, Qt::KeepAspectRatio, Qt::SmoothTransformation);
     for (const QPoint &corner : at)
         painter.drawImage(corner, photo);
     return image;
@@ -46,7 +47,11 @@ QString describe(const QList<QRectF> &faces)
 {
     QStringList parts;
     for (const QRectF &face : faces)
-        parts << QStringLiteral("(%1, %2, %3 x %4)").arg(face.x()).arg(face.y()).arg(face.width()).arg(face.height());
+        parts << QStringLiteral("(%1, %2, %3 x %4)")
+                     .arg(face.x())
+                     .arg(face.y())
+                     .arg(face.width())
+                     .arg(face.height());
     return parts.join(QLatin1Char(' '));
 }
 
@@ -100,7 +105,8 @@ void TestFaceDetector::aFaceOffCentre()
     const PictureSubjects subjects = FaceDetector::detect(canvasWith(canvas, {at}, 520));
     QVERIFY(subjects.detected);
     QCOMPARE(subjects.faces.size(), 1);
-    QVERIFY2(holds(expectedFace(canvas, at, 520), subjects.faces.first()), qPrintable(describe(subjects.faces)));
+    QVERIFY2(holds(expectedFace(canvas, at, 520), subjects.faces.first()),
+             qPrintable(describe(subjects.faces)));
 }
 
 void TestFaceDetector::twoFaces()
@@ -121,7 +127,8 @@ void TestFaceDetector::aLargePictureIsReducedFirst()
     const QPoint at(2900, 400);
     const PictureSubjects subjects = FaceDetector::detect(canvasWith(canvas, {at}, 1000));
     QCOMPARE(subjects.faces.size(), 1);
-    QVERIFY2(holds(expectedFace(canvas, at, 1000), subjects.faces.first()), qPrintable(describe(subjects.faces)));
+    QVERIFY2(holds(expectedFace(canvas, at, 1000), subjects.faces.first()),
+             qPrintable(describe(subjects.faces)));
 }
 
 void TestFaceDetector::noFaceGivesTheSalientSubject()
@@ -147,7 +154,8 @@ void TestFaceDetector::noFaceGivesTheSalientSubject()
 
 void TestFaceDetector::aFlatPictureHasNoSubject()
 {
-    const PictureSubjects subjects = FaceDetector::detect(TestFiles::solidImage(800, 600, QColor(90, 140, 200)));
+    const PictureSubjects subjects =
+        FaceDetector::detect(TestFiles::solidImage(800, 600, QColor(90, 140, 200)));
     QVERIFY(subjects.detected);
     QVERIFY(subjects.faces.isEmpty());
     QVERIFY(subjects.salient.isEmpty());

@@ -51,8 +51,8 @@ QString deltaText(double error) { return QStringLiteral("mean ΔE %1").arg(error
 // were read before their profiles were honoured.
 void report(const QImage &asSrgb, const QImage &loaded, const QImage &expected)
 {
-    qInfo("%s: mean ΔE76 %.2f as sRGB, %.2f converted", QTest::currentDataTag() ? QTest::currentDataTag()
-                                                                                 : QTest::currentTestFunction(),
+    qInfo("%s: mean ΔE76 %.2f as sRGB, %.2f converted",
+          QTest::currentDataTag() ? QTest::currentDataTag() : QTest::currentTestFunction(),
           ColourReference::meanDeltaE(asSrgb, expected), ColourReference::meanDeltaE(loaded, expected));
 }
 
@@ -211,8 +211,8 @@ void TestImageLoaderColour::damagedProfileShowsAsSrgbAndSaysSo()
     const DecodedPicture picture = DecodeQueue::decode({path("damaged.jpg"), DecodeQueue::Work::Decode});
     QCOMPARE(picture.colourProblem, ColourProfile::Problem::Damaged);
     QVERIFY(!picture.preview.isNull());
-    QCOMPARE(DecodeQueue::decode({savedTagged(QStringLiteral("fine.jpg"), ColourReference::iccProfile(
-                                                                              ColourReference::adobeRgb())),
+    QCOMPARE(DecodeQueue::decode({savedTagged(QStringLiteral("fine.jpg"),
+                                              ColourReference::iccProfile(ColourReference::adobeRgb())),
                                   DecodeQueue::Work::Decode})
                  .colourProblem,
              ColourProfile::Problem::None);
@@ -228,7 +228,8 @@ void TestImageLoaderColour::untaggedAndSrgbLoadAsStored_data()
     tagged.setColorSpace(QColorSpace(QColorSpace::SRgb));
     QTest::newRow("sRGB JPEG") << TestFiles::savedPicture(path("srgb.jpg"), tagged);
     QTest::newRow("sRGB PNG") << TestFiles::savedPicture(path("srgb.png"), tagged);
-    tagged.setColorSpace(QColorSpace::fromIccProfile(ColourReference::iccProfile(ColourReference::srgb(), 2.1)));
+    tagged.setColorSpace(
+        QColorSpace::fromIccProfile(ColourReference::iccProfile(ColourReference::srgb(), 2.1)));
     QTest::newRow("sRGB v2 of another program") << TestFiles::savedPicture(path("srgb2.jpg"), tagged);
 }
 
@@ -259,8 +260,9 @@ void TestImageLoaderColour::processorJpegIsUntagged()
     const QString file = savedTagged(QStringLiteral("tagged_source.png"),
                                      ColourReference::iccProfile(ColourReference::displayP3()));
     const QString out = path("render/out.jpg");
-    QCOMPARE(RenderAheadQueue::render({file, {FillMode::CenterCrop, 0}, QSize(1200, 1600), false, QString()}, out),
-             out);
+    QCOMPARE(
+        RenderAheadQueue::render({file, {FillMode::CenterCrop, 0}, QSize(1200, 1600), false, QString()}, out),
+        out);
     QVERIFY(!QImageReader(out).read().colorSpace().isValid());
 }
 
@@ -273,8 +275,9 @@ void TestImageLoaderColour::cacheFilesOfEarlierVersionsAreNotTaken()
     const QFileInfo info(source);
     const QByteArray oldKey =
         info.absoluteFilePath().toUtf8() + '|' + QByteArray::number(info.lastModified().toMSecsSinceEpoch());
-    const QString oldFile = QDir(ImageLoader::heicCacheDir())
-                                .filePath(QCryptographicHash::hash(oldKey, QCryptographicHash::Md5).toHex() + ".jpg");
+    const QString oldFile =
+        QDir(ImageLoader::heicCacheDir())
+            .filePath(QCryptographicHash::hash(oldKey, QCryptographicHash::Md5).toHex() + ".jpg");
     QVERIFY(TestFiles::write(oldFile, "made by an earlier version"));
     const QString cached = ImageLoader::resolveProcessorInputPath(source);
     QVERIFY(!cached.isEmpty());

@@ -84,8 +84,8 @@ void TestSrgbConversion::tableProfileGoesThroughLcms()
     ColourProfile::Problem problem = ColourProfile::Problem::Damaged;
     const QImage converted = SrgbConversion::toSrgb(m_chart, ColourProfile::fromIcc(icc), &problem);
     QCOMPARE(problem, ColourProfile::Problem::None);
-    const double error =
-        ColourReference::meanDeltaE(converted, ColourReference::toSrgb(m_chart, ColourReference::displayP3()));
+    const double error = ColourReference::meanDeltaE(
+        converted, ColourReference::toSrgb(m_chart, ColourReference::displayP3()));
     QVERIFY2(error <= 1.5, qPrintable(QStringLiteral("mean ΔE %1").arg(error)));
 }
 
@@ -131,7 +131,8 @@ void TestSrgbConversion::damagedProfileLeavesThePixels()
 void TestSrgbConversion::profileOfAnotherKindIsUnsupported()
 {
     ColourProfile::Problem problem = ColourProfile::Problem::None;
-    QCOMPARE(SrgbConversion::toSrgb(m_chart, ColourProfile::fromIcc(ColourReference::labProfile()), &problem), m_chart);
+    QCOMPARE(SrgbConversion::toSrgb(m_chart, ColourProfile::fromIcc(ColourReference::labProfile()), &problem),
+             m_chart);
     QCOMPARE(problem, ColourProfile::Problem::Unsupported);
     // A description found but not usable is passed on as it is.
     const ColourProfile unusable{QByteArray(), ColourProfile::Problem::Unsupported};
@@ -147,7 +148,8 @@ void TestSrgbConversion::alphaIsKept()
     for (int x = 0; x < 4; ++x)
         picture.setPixel(x, 0, colours[x]);
     const Space p3 = ColourReference::displayP3();
-    const QImage converted = SrgbConversion::toSrgb(picture, ColourProfile::fromIcc(ColourReference::iccProfile(p3)));
+    const QImage converted =
+        SrgbConversion::toSrgb(picture, ColourProfile::fromIcc(ColourReference::iccProfile(p3)));
     QCOMPARE(converted.format(), QImage::Format_ARGB32);
     const QImage expected = ColourReference::toSrgb(picture, p3);
     for (int x = 0; x < 4; ++x) {

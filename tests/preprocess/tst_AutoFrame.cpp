@@ -167,7 +167,8 @@ void TestAutoFrame::withoutFacesTheSalientSubjectIsFramed()
     PictureSubjects subjects;
     subjects.detected = true;
     subjects.salient = QRectF(0.85, 0.2, 0.1, 0.2);
-    const AutoFrame::Result framed = AutoFrame::frame({FillMode::CenterCrop, 0}, kPicture, subjects, kPanel, false);
+    const AutoFrame::Result framed =
+        AutoFrame::frame({FillMode::CenterCrop, 0}, kPicture, subjects, kPanel, false);
     QVERIFY(framed.allFacesFit);
     QVERIFY(framed.state.focusX > 0.8);
     QVERIFY(AutoFrame::window(kPicture, framed.state, kPanel, false).contains(subjects.salient));

@@ -130,7 +130,8 @@ void TestImagePreviewTone::okAppliesTheToneCancelLeavesIt()
             dialog->beforeButton()->click(); // a view, not a change
             QTest::mouseClick(withText<QPushButton>(*dialog, QStringLiteral("OK")), Qt::LeftButton);
         });
-        const auto [accepted, state] = ImagePreviewDialog::openPreview(m_picture, kPanel, false, start, nullptr);
+        const auto [accepted, state] =
+            ImagePreviewDialog::openPreview(m_picture, kPanel, false, start, nullptr);
         QVERIFY(accepted);
         QCOMPARE(state.tone.preset, TonePreset::Balanced);
         QCOMPARE(state.tone.contrast, 0.3);
@@ -157,7 +158,8 @@ void TestImagePreviewTone::actualPixelsShowThePanelsPixels()
     QVERIFY(dialog.actualPixelsButton()->isChecked());
     const QImage plain = renderedPixmap(dialog);
     QCOMPARE(plain.size(), kPanel); // one panel pixel on one screen pixel
-    QCOMPARE(plain, renderPreprocDisplayPreview(m_picture, state, kPanel, false).convertToFormat(plain.format()));
+    QCOMPARE(plain,
+             renderPreprocDisplayPreview(m_picture, state, kPanel, false).convertToFormat(plain.format()));
 
     QTest::keyClick(&dialog, Qt::Key_E);
     const QImage epaper = renderedPixmap(dialog);
@@ -194,7 +196,8 @@ void TestImagePreviewTone::actualPixelsPanByDragging()
     const QPoint at = surface->mapFrom(dialog.scrollArea()->viewport(), from);
     QTest::mousePress(surface, Qt::LeftButton, {}, at);
     for (int step = 1; step <= 4; ++step)
-        QTest::mouseMove(surface, surface->mapFrom(dialog.scrollArea()->viewport(), from - step * QPoint(20, 10)));
+        QTest::mouseMove(surface,
+                         surface->mapFrom(dialog.scrollArea()->viewport(), from - step * QPoint(20, 10)));
     QTest::mouseRelease(surface, Qt::LeftButton, {},
                         surface->mapFrom(dialog.scrollArea()->viewport(), from - QPoint(80, 40)));
     QCOMPARE(QPoint(horizontal->value(), vertical->value()), start + QPoint(80, 40));

@@ -64,7 +64,8 @@ void TestPanelRenderer::theNewestRequestWins()
     QCOMPARE(ready.size(), 1);
     QCOMPARE(ready.first().at(0).toULongLong(), last);
     const auto result = ready.first().at(1).value<PanelRenderer::Result>();
-    QCOMPARE(result.composition, renderPreprocDisplayPreview(m_picture, {FillMode::BlackFill, 0}, kPanel, false));
+    QCOMPARE(result.composition,
+             renderPreprocDisplayPreview(m_picture, {FillMode::BlackFill, 0}, kPanel, false));
 }
 
 void TestPanelRenderer::destroyedMidRenderDeliversNothing()

@@ -204,7 +204,8 @@ void TestTone::keysAndNames()
     QVERIFY(!Tone::presetFromKey(QStringLiteral("sepia")));
     QCOMPARE(Tone::presetName(TonePreset::Monochrome), QStringLiteral("Monochrome"));
     QCOMPARE(Tone::description(ToneSettings()), QStringLiteral("Neutral"));
-    QVERIFY(Tone::description(tone(TonePreset::Vivid, 0.5)).startsWith(QStringLiteral("Vivid, exposure +0.5")));
+    QVERIFY(
+        Tone::description(tone(TonePreset::Vivid, 0.5)).startsWith(QStringLiteral("Vivid, exposure +0.5")));
     QVERIFY(formatPreprocStateLabel({FillMode::BlurFill, 0, 0.5, 0.5, 1.0, tone(TonePreset::Soft)})
                 .contains(QStringLiteral("Soft")));
     QVERIFY(!formatPreprocStateLabel({FillMode::BlurFill, 0}).contains(QStringLiteral("Neutral")));

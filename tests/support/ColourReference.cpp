@@ -26,7 +26,8 @@ Vector xyz(const QPointF &xy) { return {xy.x() / xy.y(), 1.0, (1 - xy.x() - xy.y
 
 Vector applied(const Matrix &m, const Vector &v)
 {
-    return {m[0][0] * v[0] + m[0][1] * v[1] + m[0][2] * v[2], m[1][0] * v[0] + m[1][1] * v[1] + m[1][2] * v[2],
+    return {m[0][0] * v[0] + m[0][1] * v[1] + m[0][2] * v[2],
+            m[1][0] * v[0] + m[1][1] * v[1] + m[1][2] * v[2],
             m[2][0] * v[0] + m[2][1] * v[1] + m[2][2] * v[2]};
 }
 
@@ -71,7 +72,8 @@ Matrix bradford(const QPointF &from, const QPointF &to)
 {
     const Matrix cone = {{{0.8951, 0.2664, -0.1614}, {-0.7502, 1.7135, 0.0367}, {0.0389, -0.0685, 1.0296}}};
     const Vector source = applied(cone, xyz(from)), target = applied(cone, xyz(to));
-    const Matrix gain = {{{target[0] / source[0], 0, 0}, {0, target[1] / source[1], 0}, {0, 0, target[2] / source[2]}}};
+    const Matrix gain = {
+        {{target[0] / source[0], 0, 0}, {0, target[1] / source[1], 0}, {0, 0, target[2] / source[2]}}};
     return times(inverse(cone), times(gain, cone));
 }
 
@@ -89,7 +91,7 @@ Lab labOf(QRgb pixel)
     static const Matrix toXyz = rgbToXyz(srgb());
     const Space s = srgb();
     const Vector v = applied(toXyz, Vector{s.toLinear(qRed(pixel) / 255.0), s.toLinear(qGreen(pixel) / 255.0),
-                                   s.toLinear(qBlue(pixel) / 255.0)});
+                                           s.toLinear(qBlue(pixel) / 255.0)});
     const Vector white = xyz(kD65);
     const auto f = [](double t) { return t > 216.0 / 24389 ? std::cbrt(t) : (24389.0 / 27 * t + 16) / 116; };
     const double fx = f(v[0] / white[0]), fy = f(v[1] / white[1]), fz = f(v[2] / white[2]);
@@ -125,7 +127,8 @@ Space proPhoto()
 
 Space gamma18()
 {
-    return {QStringLiteral("gamma 1.8"), {0.630, 0.340}, {0.295, 0.605}, {0.155, 0.077}, kD65, {1.8, 1, 0, 0, 0}};
+    return {
+        QStringLiteral("gamma 1.8"), {0.630, 0.340}, {0.295, 0.605}, {0.155, 0.077}, kD65, {1.8, 1, 0, 0, 0}};
 }
 
 QByteArray savedAndClosed(cmsHPROFILE profile)
@@ -159,14 +162,16 @@ QImage toSrgb(const QImage &image, const Space &space)
     QImage source = image.convertToFormat(QImage::Format_RGB32);
     source.setColorSpace(QColorSpace());
     QImage out(source.size(), QImage::Format_RGB32);
-    const auto encode = [](double linear) { return int(std::lround(255 * srgbEncoded(std::clamp(linear, 0.0, 1.0)))); };
+    const auto encode = [](double linear) {
+        return int(std::lround(255 * srgbEncoded(std::clamp(linear, 0.0, 1.0))));
+    };
     for (int y = 0; y < source.height(); ++y) {
         const auto *in = reinterpret_cast<const QRgb *>(source.constScanLine(y));
         auto *line = reinterpret_cast<QRgb *>(out.scanLine(y));
         for (int x = 0; x < source.width(); ++x) {
             const Vector linear = applied(toSrgbLinear, Vector{space.toLinear(qRed(in[x]) / 255.0),
-                                                       space.toLinear(qGreen(in[x]) / 255.0),
-                                                       space.toLinear(qBlue(in[x]) / 255.0)});
+                                                               space.toLinear(qGreen(in[x]) / 255.0),
+                                                               space.toLinear(qBlue(in[x]) / 255.0)});
             line[x] = qRgb(encode(linear[0]), encode(linear[1]), encode(linear[2]));
         }
     }
@@ -255,7 +260,8 @@ QByteArray tableProfile(const Space &space, int gridPoints)
     const QByteArray matrixIcc = iccProfile(space);
     cmsHPROFILE matrix = cmsOpenProfileFromMem(matrixIcc.constData(), cmsUInt32Number(matrixIcc.size()));
     cmsHPROFILE lab = cmsCreateLab4Profile(nullptr);
-    cmsHTRANSFORM toLab = cmsCreateTransform(matrix, TYPE_RGB_16, lab, TYPE_Lab_16, INTENT_RELATIVE_COLORIMETRIC, 0);
+    cmsHTRANSFORM toLab =
+        cmsCreateTransform(matrix, TYPE_RGB_16, lab, TYPE_Lab_16, INTENT_RELATIVE_COLORIMETRIC, 0);
     cmsHPROFILE table = cmsCreateProfilePlaceholder(nullptr);
     cmsSetProfileVersion(table, 4.3);
     cmsSetDeviceClass(table, cmsSigDisplayClass);
@@ -284,10 +290,7 @@ QByteArray tableProfile(const Space &space, int gridPoints)
     return bytes;
 }
 
-QByteArray labProfile()
-{
-    return savedAndClosed(cmsCreateLab4Profile(nullptr));
-}
+QByteArray labProfile() { return savedAndClosed(cmsCreateLab4Profile(nullptr)); }
 
 QByteArray jpegWithProfile(const QImage &image, const QByteArray &icc, int quality)
 {
@@ -296,7 +299,8 @@ QByteArray jpegWithProfile(const QImage &image, const QByteArray &icc, int quali
     const int parts = int((icc.size() + kPart - 1) / kPart);
     QByteArray segments;
     for (int i = 0; i < parts; ++i) {
-        const QByteArray segment = QByteArray("ICC_PROFILE\0", 12) + char(i + 1) + char(parts) + icc.mid(i * kPart, kPart);
+        const QByteArray segment =
+            QByteArray("ICC_PROFILE\0", 12) + char(i + 1) + char(parts) + icc.mid(i * kPart, kPart);
         QByteArray length(2, '\0');
         qToBigEndian<quint16>(quint16(segment.size() + 2), length.data());
         segments += QByteArray("\xFF\xE2", 2) + length + segment;

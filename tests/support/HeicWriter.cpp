@@ -41,8 +41,9 @@ bool encode(const QString &path, const QImage &source, int exifOrientation, bool
          heif_image_add_plane(picture, heif_channel_interleaved, image.width(), image.height(), 8).code ==
              heif_error_Ok;
     if (ok && !style.icc.isEmpty())
-        ok = heif_image_set_raw_color_profile(picture, "prof", style.icc.constData(), size_t(style.icc.size()))
-                 .code == heif_error_Ok;
+        ok =
+            heif_image_set_raw_color_profile(picture, "prof", style.icc.constData(), size_t(style.icc.size()))
+                .code == heif_error_Ok;
     heif_color_profile_nclx *nclx = nullptr;
     if (ok && style.nclxPrimaries > 0) {
         nclx = heif_nclx_color_profile_alloc();

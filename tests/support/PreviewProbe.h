@@ -8,7 +8,10 @@
 // What the preview dialog shows: at once, and once its render at the panel's resolution has
 // come from the worker (null when it does not come within 10 s).
 
-inline QImage shownPixmap(const ImagePreviewDialog &dialog) { return dialog.previewLabel()->pixmap().toImage(); }
+inline QImage shownPixmap(const ImagePreviewDialog &dialog)
+{
+    return dialog.previewLabel()->pixmap().toImage();
+}
 
 inline QImage renderedPixmap(const ImagePreviewDialog &dialog)
 {

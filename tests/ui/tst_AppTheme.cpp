@@ -171,7 +171,7 @@ void TestAppTheme::rowControlsRules()
                  lightAction.replace("QPushButton", "QPushButton#tarnActionBtn") +
                  "QLabel#tarnPanelCaption {color:#555; font-size:11px;}"
                  "QLabel#tarnRowPreview { background: transparent; }"
-                 "QLabel#tarnLowResMark { color: #e0a030; font-weight: bold; }"
+                 "QLabel#tarnLowResMark, QLabel#tarnFaceMark { color: #e0a030; font-weight: bold; }"
                  "QLabel#tarnToneMark { color: #3a9a6e; }");
     setWindowLightness(40);
     QString dark = kDarkFill;

@@ -26,8 +26,7 @@ int wmain(int argc, wchar_t *argv[])
                 if (!image.icc.empty() || image.exifColorSpace != 0)
                     std::printf("%d colour %u %d %u\n", i, unsigned(image.icc.size()), signed_ ? 1 : 0,
                                 image.exifColorSpace);
-            }
-            else if (round == 0)
+            } else if (round == 0)
                 std::printf("%d fail %s 0x%08x\n", i, wicStepName(result.failedStep),
                             unsigned(result.hresult));
         }
