@@ -41,7 +41,10 @@ DecodedPicture DecodeQueue::decode(const Job &job)
     DecodedPicture picture;
     if (job.work == Work::Nothing)
         return picture;
-    QImage preview;
+    // The one decode the previews come from: at the preview's size, or at the face detector's
+    // when faces are looked for too.
+    const int side = job.findFaces ? FaceDetector::kMaxSide : kPreviewSide;
+    QImage decoded;
     if (ImageLoader::isHeicPath(job.path)) {
         // One decode gives the converted copy and both previews; a cached copy gives them at
         // the reader's reduced size.
@@ -50,26 +53,17 @@ DecodedPicture DecodeQueue::decode(const Job &job)
         picture.unconvertible = picture.heicCache.isEmpty();
         if (picture.unconvertible || job.work == Work::ConvertOnly)
             return picture;
-        if (job.findFaces) {
-            const QImage reduced = full.isNull()
-                                       ? ImageLoader::load(picture.heicCache, FaceDetector::kMaxSide)
-                                       : ImageLoader::scaledToFit(full, FaceDetector::kMaxSide);
-            picture.subjects = FaceDetector::detect(reduced);
-            preview = previewFrom(reduced,
-                                  full.isNull() ? ImageLoader::pictureSize(picture.heicCache) : full.size());
-        } else {
-            preview = full.isNull() ? ImageLoader::load(picture.heicCache, kPreviewSide)
-                                    : ImageLoader::scaledToFit(full, kPreviewSide);
-        }
+        decoded =
+            full.isNull() ? ImageLoader::load(picture.heicCache, side) : ImageLoader::scaledToFit(full, side);
         picture.pictureSize = full.isNull() ? ImageLoader::pictureSize(picture.heicCache) : full.size();
-    } else if (job.work == Work::Decode && job.findFaces) {
-        const QImage reduced = ImageLoader::load(job.path, FaceDetector::kMaxSide, &picture.colourProblem);
-        picture.subjects = FaceDetector::detect(reduced);
-        picture.pictureSize = ImageLoader::pictureSize(job.path);
-        preview = previewFrom(reduced, picture.pictureSize);
     } else if (job.work == Work::Decode) {
-        preview = ImageLoader::load(job.path, kPreviewSide, &picture.colourProblem);
+        decoded = ImageLoader::load(job.path, side, &picture.colourProblem);
         picture.pictureSize = ImageLoader::pictureSize(job.path);
+    }
+    QImage preview = decoded;
+    if (job.findFaces && job.work == Work::Decode) {
+        picture.subjects = FaceDetector::detect(decoded);
+        preview = previewFrom(decoded, picture.pictureSize);
     }
     const bool fits = preview.width() <= kThumbnailSide && preview.height() <= kThumbnailSide;
     picture.thumbnail =

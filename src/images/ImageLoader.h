@@ -3,13 +3,13 @@
 #include "images/ColourProfile.h"
 
 #include <QImage>
-
-class QIODevice;
 #include <QString>
 #include <QStringList>
 
 #include <functional>
 #include <optional>
+
+class QIODevice;
 
 // Every picture the tool reads comes through here: the accepted file types, decoding (HEIC
 // and HEIF through the platform's decoder when Qt has none) into sRGB as the picture's colour

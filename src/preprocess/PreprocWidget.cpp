@@ -1,8 +1,7 @@
 #include "preprocess/PreprocWidget.h"
 
-#include "preprocess/AutoFrame.h"
-
 #include "images/ImageLoader.h"
+#include "preprocess/AutoFrame.h"
 #include "preprocess/Framing.h"
 #include "preprocess/ImagePreviewDialog.h"
 #include "preprocess/PreprocControlPanel.h"
@@ -162,12 +161,6 @@ void PreprocWidget::updateLowResolutionMark()
         Framing::lowResolutionText(m_pictureSize, m_state, m_panelResolution, m_landscape);
     m_lowResolutionMark->setToolTip(warning);
     m_lowResolutionMark->setVisible(!warning.isEmpty());
-}
-
-void PreprocWidget::setSubjects(const PictureSubjects &subjects)
-{
-    m_subjects = subjects;
-    updateFaceMark();
 }
 
 void PreprocWidget::updateFaceMark()

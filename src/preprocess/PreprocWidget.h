@@ -43,10 +43,9 @@ public:
     QLabel *lowResolutionMark() const { return m_lowResolutionMark; }
     // Shown while the picture has a tone other than Neutral, its tool tip naming it.
     QLabel *toneMark() const { return m_toneMark; }
-    // The faces found in the picture (or its subject), where they were looked for.
-    void setSubjects(const PictureSubjects &subjects);
-    // The same, and the picture framed around them (AutoFrame) from now on: as its fill,
-    // rotation or frame change, until it is framed by hand (commitState()). No redraw.
+    // The faces found in the picture (or its subject), and the picture framed around them
+    // (AutoFrame) from now on: as its fill, rotation or frame change, until it is framed by
+    // hand (commitState()). No redraw.
     void frameAroundSubjects(const PictureSubjects &subjects);
     bool followsSubjects() const { return m_followsSubjects; }
     const std::optional<PictureSubjects> &subjects() const { return m_subjects; }
