@@ -5,14 +5,17 @@
 #include "images/ImageTableWidget.h"
 #include "preprocess/PreprocWidget.h"
 
+#include "ModalAnswerer.h"
 #include "TestFiles.h"
 #include "WindowProbe.h"
 #include "WindowTestCase.h"
 
 #include <QCheckBox>
+#include <QDir>
 #include <QLabel>
 #include <QPainter>
 #include <QTest>
+#include <QTimer>
 
 namespace {
 
@@ -36,6 +39,8 @@ private Q_SLOTS:
     void theSettingIsOffAtFirst();
     void aCropFollowsTheFaceUntilFramedByHand();
     void withoutTheSettingACropThatCutsAFaceIsNotKnown();
+    void detectionInFlightEndsWithTheRows_data();
+    void detectionInFlightEndsWithTheRows();
 
 private:
     QCheckBox *setting() const
@@ -87,6 +92,56 @@ void TestMainWindowFaces::withoutTheSettingACropThatCutsAFaceIsNotKnown()
     m_window->applyFillToCheckedRows(FillMode::CenterCrop);
     QCOMPARE(rowWidget(0)->state().focusX, 0.5);
     QVERIFY(rowWidget(0)->faceMark()->isHidden());
+}
+
+void TestMainWindowFaces::detectionInFlightEndsWithTheRows_data()
+{
+    QTest::addColumn<QString>("action");
+    QTest::newRow("Clear") << "clear";
+    QTest::newRow("Remove") << "remove";
+    QTest::newRow("closing the window") << "close";
+}
+
+void TestMainWindowFaces::detectionInFlightEndsWithTheRows()
+{
+    QFETCH(QString, action);
+    setting()->setChecked(true);
+    const QString folder = m_fixture->path(QStringLiteral("faces-") + action);
+    QVERIFY(QDir().mkpath(folder));
+    const QImage face = faceAtTheRight().scaled(1200, 500);
+    for (int i = 0; i < 60; ++i)
+        QVERIFY(
+            face.save(QDir(folder).filePath(QStringLiteral("face_%1.jpg").arg(i, 2, 10, QLatin1Char('0')))));
+    QTimer watch;
+    bool done = false;
+    connect(&watch, &QTimer::timeout, this, [&] {
+        if (done || !m_window || m_window->imageTable()->rowCount() < 5)
+            return;
+        done = true;
+        if (action == QLatin1String("clear")) {
+            m_window->onClearAll();
+        } else if (action == QLatin1String("remove")) {
+            check({0});
+            m_window->onRemoveSelected();
+        } else {
+            m_window.reset();
+        }
+    });
+    watch.start(5);
+    ModalAnswerer answers(QMessageBox::Ok, [](QWidget *) {}); // the progress dialog is left alone
+    m_window->addImageFiles({folder});
+    QVERIFY(done);
+    QTest::qWait(200); // nothing arrives late
+    if (action == QLatin1String("clear"))
+        QCOMPARE(m_window->imageTable()->rowCount(), 0);
+    if (action == QLatin1String("remove")) {
+        const int rows = m_window->imageTable()->rowCount();
+        QVERIFY(rows >= 4 && rows < 60);
+        for (int row = 0; row < rows; ++row)
+            QVERIFY(rowWidget(row)->subjects().has_value());
+    }
+    if (action == QLatin1String("close"))
+        QVERIFY(!m_window);
 }
 
 QTEST_MAIN(TestMainWindowFaces)
