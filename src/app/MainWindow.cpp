@@ -3,6 +3,7 @@
 
 #include "app/SettingsLocation.h"
 #include "images/DecodeQueue.h"
+#include "images/FaceSearch.h"
 #include "images/ImageLoader.h"
 #include "preprocess/PreviewRenderer.h"
 #include "run/RenderAheadQueue.h"
@@ -46,6 +47,8 @@ MainWindow::~MainWindow()
     saveSettings();
     // An adding under way stops; it returns as soon as its event loop does.
     stopAdding();
+    if (m_faceSearch)
+        m_faceSearch->cancel(); // its decodes under way end with it, a child of this window
     // A processor still running is killed; its end no longer reaches the run, which is over.
     // Then this window's scratch folders go (ScratchFolders).
     m_processing = false;

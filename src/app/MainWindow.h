@@ -1,5 +1,6 @@
 #pragma once
 
+#include "images/FaceDetector.h"
 #include "playlist/PlaylistExporter.h"
 #include "preprocess/ImagePreprocess.h"
 #include "processor/ProcessorConfig.h"
@@ -17,6 +18,7 @@
 #include <optional>
 
 class DecodeQueue;
+class FaceSearch;
 class ImageTableWidget;
 class PreprocControlPanel;
 class PreprocWidget;
@@ -118,6 +120,11 @@ public:
     int applyRotateStepToCheckedRows(int step);
     // Gives the checked rows this tone; their fill, rotation and framing stay.
     int applyToneToCheckedRows(const ToneSettings &tone);
+    // Gives the checked rows this caption, each with its own date taken or file name.
+    int applyCaptionToCheckedRows(const CaptionSettings &caption);
+    // Frames the checked rows around their faces, looking for them first on worker threads
+    // where they are not known; the rows it takes on (framed now or once found).
+    int autoFrameCheckedRows();
     void updatePreprocPanelSettings();
 
     // Target device
@@ -196,6 +203,9 @@ public Q_SLOTS:
     void onBatchRotateLeft();
     void onBatchRotateRight();
     void onBatchTone();
+    void onBatchCaption();
+    void onFacesFound(quint64 id, const PictureSubjects &subjects);
+    void onFaceSearchFinished();
     void onSelectAllToggled(bool checked);
     void onVariantChanged(int index);
     void onReloadConfig();
@@ -261,6 +271,10 @@ private:
     bool collectPendingImages(const QStringList &paths, QProgressDialog *progress,
                               QList<PendingImage> *pending);
     void stopAdding();
+    // The Auto-frame button says how far the face search is; the search keeps to the rows
+    // still listed.
+    void showFaceSearchProgress();
+    void keepFaceSearchToRows();
     bool acceptDecodedImage(const PendingImage &image, const DecodedPicture &picture, QSet<QString> *seen);
     void appendImageRows(const QList<QPair<PendingImage, DecodedPicture>> &images);
     void fillImageRow(int row, const QString &absolute, const QString &baseDir,
@@ -337,6 +351,8 @@ private:
     QLabel *m_batchLabel = nullptr;
     PreprocControlPanel *m_batchPanel = nullptr;
     QPushButton *m_batchToneButton = nullptr;
+    QPushButton *m_batchCaptionButton = nullptr;
+    QPushButton *m_batchAutoFrameButton = nullptr;
     ImageTableWidget *m_imageTable = nullptr;
 
     // Step 3: playback file
@@ -373,6 +389,8 @@ private:
     std::unique_ptr<ScratchFolders> m_scratch;
     PreviewRenderer *m_previewRenderer = nullptr; // the rows' framed thumbnails, on worker threads
     DecodeQueue *m_imageDecodes = nullptr;        // the decodes of an adding under way
+    FaceSearch *m_faceSearch = nullptr;           // the faces Auto-frame looks for
+    int m_faceSearchFramed = 0;                   // rows it framed so far
     RenderAheadQueue *m_renderAhead = nullptr;    // the run's next pictures, on worker threads
     bool m_waitingForRender = false;              // the current row waits for its picture
     ProcessorSelfTest *m_selfTest = nullptr;

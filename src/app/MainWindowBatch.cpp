@@ -2,6 +2,8 @@
 #include "app/MainWindow.h"
 
 #include "images/ImageTableWidget.h"
+#include "preprocess/Caption.h"
+#include "preprocess/CaptionDialog.h"
 #include "preprocess/PreprocControlPanel.h"
 #include "preprocess/PreprocWidget.h"
 #include "preprocess/Tone.h"
@@ -109,6 +111,29 @@ int MainWindow::applyToneToCheckedRows(const ToneSettings &tone)
     return changed;
 }
 
+int MainWindow::applyCaptionToCheckedRows(const CaptionSettings &caption)
+{
+    const int changed = runBatchPreprocOnCheckedRows(
+        Str::batchCaptionTitle(), [caption](PreprocWidget *widget) { widget->setCaption(caption, false); });
+    if (changed > 0)
+        appendLog(Str::batchCaptionApplied(Caption::description(caption), changed));
+    return changed;
+}
+
+void MainWindow::onBatchCaption()
+{
+    const QList<int> rows = checkedRows();
+    if (rows.isEmpty()) {
+        QMessageBox::information(this, Str::batchCaptionTitle(), Str::selectImagesForBatch());
+        return;
+    }
+    // The dialog starts from the first checked picture's caption.
+    const PreprocWidget *first = preprocWidgetAt(rows.first());
+    if (const std::optional<CaptionSettings> caption =
+            CaptionDialog::ask(first ? first->state().caption : CaptionSettings(), int(rows.size()), this))
+        applyCaptionToCheckedRows(*caption);
+}
+
 void MainWindow::onBatchTone()
 {
     const QList<int> rows = checkedRows();
@@ -156,6 +181,13 @@ void MainWindow::refreshPreprocLanguage()
         m_batchToneButton->setText(Str::batchToneButton());
         m_batchToneButton->setToolTip(Str::batchToneTip());
     }
+    if (m_batchCaptionButton) {
+        m_batchCaptionButton->setText(Str::batchCaptionButton());
+        m_batchCaptionButton->setToolTip(Str::batchCaptionTip());
+    }
+    if (m_batchAutoFrameButton)
+        m_batchAutoFrameButton->setToolTip(Str::batchAutoFrameTip());
+    showFaceSearchProgress();
     for (int row = 0; m_imageTable && row < m_imageTable->rowCount(); ++row) {
         if (PreprocWidget *widget = preprocWidgetAt(row))
             widget->applyLanguage();

@@ -186,8 +186,11 @@ void MainWindow::addImageFiles(const QStringList &paths)
     // Events run here and there (dialogs, progress), and the window may go meanwhile: after
     // each, nothing of it is touched unless it is still there.
     const QPointer<MainWindow> guard(this);
+    // Clear, Remove or the window's end (stopAdding()) stop the adding from outside, maybe
+    // while a box or the progress dialog runs events in the middle of a batch.
+    const auto endedFromOutside = [&] { return !guard || m_imageDecodes != &decodes; };
     const auto flush = [&] {
-        if (flushing || stopped || !guard)
+        if (flushing || stopped || endedFromOutside())
             return;
         flushing = true;
         flushTimer.stop();
@@ -206,7 +209,7 @@ void MainWindow::addImageFiles(const QStringList &paths)
                 rows.clear();
             }
             const bool accepted = acceptDecodedImage(pending.at(index), picture, &seen);
-            if (!guard)
+            if (endedFromOutside())
                 return;
             if (accepted && !stopped)
                 rows.append({pending.at(index), picture});
@@ -222,7 +225,7 @@ void MainWindow::addImageFiles(const QStringList &paths)
                 progress->setLabelText(Str::importAddLabel(last + 1, total));
         }
         flushing = false;
-        if (!stopped && !delivered.isEmpty())
+        if (!stopped && !endedFromOutside() && !delivered.isEmpty())
             flushTimer.start(0); // the rest after what else waits
     };
     connect(&flushTimer, &QTimer::timeout, this, flush);
@@ -253,10 +256,12 @@ void MainWindow::addImageFiles(const QStringList &paths)
         loop.exec(small ? QEventLoop::ExcludeUserInputEvents : QEventLoop::AllEvents);
     if (!guard)
         return; // the window went meanwhile; its destructor stopped the adding
-    const bool cancelledFromOutside = m_imageDecodes == nullptr; // Clear or Remove stopped it
-    m_imageDecodes = nullptr;
-    while (!stopped && !cancelledFromOutside && !delivered.isEmpty())
+    while (!stopped && !endedFromOutside() && !delivered.isEmpty())
         flush(); // all decoded: the last batches
+    if (!guard)
+        return;
+    if (m_imageDecodes == &decodes)
+        m_imageDecodes = nullptr;
     if (progress && !small)
         progress->setValue(total);
 
@@ -340,6 +345,7 @@ void MainWindow::fillImageRow(int row, const QString &absolute, const QString &b
     auto *widget = new PreprocWidget(absolute, picture.preview);
     widget->setPreviewRenderer(m_previewRenderer);
     widget->setPictureSize(picture.pictureSize);
+    widget->setDateTaken(picture.dateTaken);
     // No redraw here: the widget draws its first thumbnail once the row is in place.
     widget->setFrameSettings(panelResolution(), isLandscapeOrientation(), false);
     if (picture.subjects && picture.subjects->detected)

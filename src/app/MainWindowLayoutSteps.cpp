@@ -81,14 +81,23 @@ QGroupBox *MainWindow::createStepAddImages()
     m_batchLabel = new QLabel(Str::batchLabel(), batchBar);
     m_batchPanel =
         new PreprocControlPanel(PreprocControlPanel::LayoutStyle::SingleRow, false, false, batchBar);
-    m_batchToneButton = new QPushButton(Str::batchToneButton(), batchBar);
-    m_batchToneButton->setObjectName(QStringLiteral("tarnActionBtn")); // styled as the rotate buttons
-    m_batchToneButton->setFixedHeight(22);
-    m_batchToneButton->setToolTip(Str::batchToneTip());
+    // Styled as the rotate buttons.
+    const auto actionButton = [batchBar](const QString &text, const QString &tip) {
+        auto *button = new QPushButton(text, batchBar);
+        button->setObjectName(QStringLiteral("tarnActionBtn"));
+        button->setFixedHeight(22);
+        button->setToolTip(tip);
+        return button;
+    };
+    m_batchToneButton = actionButton(Str::batchToneButton(), Str::batchToneTip());
+    m_batchCaptionButton = actionButton(Str::batchCaptionButton(), Str::batchCaptionTip());
+    m_batchAutoFrameButton = actionButton(Str::batchAutoFrameButton(), Str::batchAutoFrameTip());
     batchLayout->addWidget(m_selectAllCheck);
     batchLayout->addWidget(m_batchLabel);
     batchLayout->addWidget(m_batchPanel, 1);
+    batchLayout->addWidget(m_batchAutoFrameButton);
     batchLayout->addWidget(m_batchToneButton);
+    batchLayout->addWidget(m_batchCaptionButton);
     layout->addWidget(batchBar);
 
     setupImageTable();
@@ -102,6 +111,8 @@ QGroupBox *MainWindow::createStepAddImages()
     connect(m_batchPanel, &PreprocControlPanel::rotateLeftRequested, this, &MainWindow::onBatchRotateLeft);
     connect(m_batchPanel, &PreprocControlPanel::rotateRightRequested, this, &MainWindow::onBatchRotateRight);
     connect(m_batchToneButton, &QPushButton::clicked, this, &MainWindow::onBatchTone);
+    connect(m_batchCaptionButton, &QPushButton::clicked, this, &MainWindow::onBatchCaption);
+    connect(m_batchAutoFrameButton, &QPushButton::clicked, this, [this] { autoFrameCheckedRows(); });
     connect(m_selectAllCheck, &QCheckBox::toggled, this, &MainWindow::onSelectAllToggled);
     return section;
 }

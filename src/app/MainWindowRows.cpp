@@ -50,6 +50,10 @@ QByteArray MainWindow::rowInputStamp(int row, const QByteArray &keyFingerprint) 
         text += '|' + QByteArray::number(tone.exposure, 'g', 17);
         text += '|' + QByteArray::number(tone.contrast, 'g', 17);
         text += '|' + QByteArray::number(tone.saturation, 'g', 17);
+        const CaptionSettings &caption = widget->state().caption;
+        text += '|' + QByteArray::number(qint32(caption.kind)) + ',' +
+                QByteArray::number(qint32(caption.corner)) + ',' + QByteArray::number(qint32(caption.style)) +
+                ',' + caption.shown.toUtf8().toHex();
     }
     const QSize panel = panelResolution();
     text += '|' + QByteArray::number(panel.width()) + 'x' + QByteArray::number(panel.height());

@@ -2,6 +2,7 @@
 #include "app/MainWindow.h"
 
 #include "images/DecodeQueue.h"
+#include "images/FaceSearch.h"
 #include "images/ImageLoader.h"
 #include "images/ImageTableWidget.h"
 #include "preprocess/PreprocWidget.h"
@@ -129,6 +130,7 @@ void MainWindow::onRemoveSelected()
         discardOutput(row);
         m_imageTable->removeRow(row);
     }
+    keepFaceSearchToRows(); // the faces of removed rows are not looked for
     if (m_selectAllCheck)
         m_selectAllCheck->setChecked(false);
     updateCount();
@@ -141,6 +143,8 @@ void MainWindow::onClearAll()
         return;
     }
     stopAdding(); // an adding under way adds no more
+    if (m_faceSearch)
+        m_faceSearch->cancel(); // and the faces Auto-frame looks for are not looked for
     for (int row = 0; row < m_imageTable->rowCount(); ++row) {
         cleanupTempFile(row);
         cleanupHeicCache(row);

@@ -1,6 +1,7 @@
 #include "app/PictureList.h"
 
 #include "playlist/PlaylistExporter.h"
+#include "preprocess/Caption.h"
 #include "preprocess/Framing.h"
 #include "preprocess/Tone.h"
 #include "ui/AppStrings.h"
@@ -44,6 +45,51 @@ QJsonObject toneObject(const ToneSettings &tone)
         {QStringLiteral("contrast"), tone.contrast},
         {QStringLiteral("saturation"), tone.saturation},
     };
+}
+
+QJsonObject captionObject(const CaptionSettings &caption)
+{
+    QJsonObject object{
+        {QStringLiteral("kind"), Caption::kindKey(caption.kind)},
+        {QStringLiteral("corner"), Caption::cornerKey(caption.corner)},
+        {QStringLiteral("style"), Caption::styleKey(caption.style)},
+    };
+    if (caption.kind == CaptionKind::Custom)
+        object.insert(QStringLiteral("text"), caption.custom);
+    return object;
+}
+
+// A picture's caption, or the reason it is not one. A picture without one has none. Its text
+// is made when it reaches its row.
+std::optional<CaptionSettings> readCaption(const QJsonValue &value, QString *fault)
+{
+    CaptionSettings caption;
+    if (value.isUndefined())
+        return caption;
+    const QJsonObject object = value.toObject();
+    const QString kind = object.value(QStringLiteral("kind")).toString();
+    const QString corner =
+        object.value(QStringLiteral("corner")).toString(Caption::cornerKey(caption.corner));
+    const QString style = object.value(QStringLiteral("style")).toString(Caption::styleKey(caption.style));
+    const QJsonValue text = object.value(QStringLiteral("text"));
+    const std::optional<CaptionKind> knownKind = Caption::kindFromKey(kind);
+    const std::optional<CaptionCorner> knownCorner = Caption::cornerFromKey(corner);
+    const std::optional<CaptionStyle> knownStyle = Caption::styleFromKey(style);
+    if (!value.isObject() || !knownKind)
+        *fault = Str::captionUnknownValue(QStringLiteral("kind"), kind);
+    else if (!knownCorner)
+        *fault = Str::captionUnknownValue(QStringLiteral("corner"), corner);
+    else if (!knownStyle)
+        *fault = Str::captionUnknownValue(QStringLiteral("style"), style);
+    else if (!text.isUndefined() && !text.isString())
+        *fault = Str::captionUnknownValue(QStringLiteral("text"), text.toVariant().toString());
+    if (!fault->isEmpty())
+        return std::nullopt;
+    caption.kind = *knownKind;
+    caption.corner = *knownCorner;
+    caption.style = *knownStyle;
+    caption.custom = text.toString();
+    return caption;
 }
 
 // A picture's tone, or the reason it is not one. A picture without a tone is Neutral.
@@ -136,6 +182,11 @@ QByteArray PictureList::toJson() const
             {QStringLiteral("zoom"), picture.state.zoom},
             {QStringLiteral("tone"), toneObject(picture.state.tone)},
         });
+        if (picture.state.caption.kind != CaptionKind::None) {
+            QJsonObject row = rows.last().toObject();
+            row.insert(QStringLiteral("caption"), captionObject(picture.state.caption));
+            rows.replace(rows.size() - 1, row);
+        }
     }
     const QJsonObject settings{
         {QStringLiteral("key_file"),
@@ -217,6 +268,11 @@ std::optional<PictureList> PictureList::fromJson(const QByteArray &json, const Q
             if (!tone)
                 return fail(Str::listBadTone(number, fault));
             picture->state.tone = *tone;
+            const std::optional<CaptionSettings> caption =
+                readCaption(row.toObject().value(QStringLiteral("caption")), &fault);
+            if (!caption)
+                return fail(Str::listBadCaption(number, fault));
+            picture->state.caption = *caption;
         }
         list.pictures << *picture;
     }

@@ -2,6 +2,7 @@
 
 #include "images/ImageLoader.h"
 #include "playlist/PlaylistExporter.h"
+#include "preprocess/Caption.h"
 #include "preprocess/Tone.h"
 #include "ui/AppStrings.h"
 
@@ -22,6 +23,8 @@ QList<QCommandLineOption> optionList()
         {QStringLiteral("fill"), Str::packOptionFill(), QStringLiteral("blur|white|black|crop")},
         {QStringLiteral("tone"), Str::packOptionTone(),
          QStringLiteral("neutral|balanced|vivid|soft|monochrome")},
+        {QStringLiteral("caption"), Str::packOptionCaption(), QStringLiteral("none|date|name")},
+        {QStringLiteral("auto-frame"), Str::packOptionAutoFrame()},
         {QStringLiteral("interval"), Str::packOptionInterval(), QStringLiteral("MIN")},
         {QStringLiteral("no-loop"), Str::packOptionNoLoop()},
         {QStringLiteral("list"), Str::packOptionList(), QStringLiteral("LIST.json")},
@@ -122,6 +125,13 @@ std::optional<PackOptions> PackOptions::parse(const QStringList &arguments, QStr
         if (!options.tone)
             return fail(Str::packBadTone(tone));
     }
+    if (parser.isSet(QStringLiteral("caption"))) {
+        const QString caption = parser.value(QStringLiteral("caption"));
+        options.caption = Caption::kindFromKey(caption);
+        if (!options.caption || *options.caption == CaptionKind::Custom)
+            return fail(Str::packBadCaption(caption));
+    }
+    options.autoFrame = parser.isSet(QStringLiteral("auto-frame"));
     if (parser.isSet(QStringLiteral("interval"))) {
         bool ok = false;
         options.intervalMinutes = parser.value(QStringLiteral("interval")).toInt(&ok);
@@ -143,6 +153,10 @@ std::optional<PackOptions> PackOptions::parse(const QStringList &arguments, QStr
             picture.state.fillMode = *options.fill;
         if (options.tone)
             picture.state.tone = ToneSettings{*options.tone};
+        if (options.caption) {
+            picture.state.caption = CaptionSettings();
+            picture.state.caption.kind = *options.caption;
+        }
     }
     return options;
 }

@@ -28,8 +28,10 @@ struct PackOptions {
     QString panelType = QStringLiteral("133");
     bool panelGiven = false;
     bool landscape = false;
-    std::optional<FillMode> fill;   // for every picture; none: each picture's own or the default
-    std::optional<TonePreset> tone; // for every picture, nothing adjusted; none: each one's own
+    std::optional<FillMode> fill;       // for every picture; none: each picture's own or the default
+    std::optional<TonePreset> tone;     // for every picture, nothing adjusted; none: each one's own
+    std::optional<CaptionKind> caption; // for every picture, bottom right on a band; none: each one's own
+    bool autoFrame = false;             // every picture framed around its faces
     int intervalMinutes = 30;
     bool loop = true;
     bool verbose = false;

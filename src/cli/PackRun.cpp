@@ -1,8 +1,12 @@
 #include "cli/PackRun.h"
 
+#include "images/DateTaken.h"
+#include "images/FaceDetector.h"
 #include "images/ImageLoader.h"
 #include "playlist/PackageWriter.h"
 #include "playlist/PlaylistExporter.h"
+#include "preprocess/AutoFrame.h"
+#include "preprocess/Caption.h"
 #include "run/ProcessorCommand.h"
 #include "run/RenderAheadQueue.h"
 #include "ui/AppStrings.h"
@@ -68,6 +72,19 @@ bool PackRun::prepare(int *exitCode)
     return true;
 }
 
+PreprocState PackRun::preparedState(const PictureList::Picture &picture, const QString &input) const
+{
+    PreprocState state = picture.state;
+    state.caption = Caption::resolved(state.caption, picture.path, DateTaken::read(picture.path));
+    if (!m_options.autoFrame)
+        return state;
+    const PictureSubjects subjects = FaceDetector::detect(ImageLoader::load(input, FaceDetector::kMaxSide));
+    if (!subjects.detected)
+        return state;
+    return AutoFrame::frame(state, ImageLoader::pictureSize(input), subjects, m_panel, m_options.landscape)
+        .state;
+}
+
 QString PackRun::processPicture(int index, const PictureList::Picture &picture)
 {
     const QString output =
@@ -81,7 +98,7 @@ QString PackRun::processPicture(int index, const PictureList::Picture &picture)
     if (picture.state.fillMode != FillMode::Direct) {
         const QString folder = m_scratch.filePath(QStringLiteral("render_%1").arg(index));
         QDir().mkpath(folder);
-        const RenderRequest request{input, picture.state, m_panel, m_options.landscape,
+        const RenderRequest request{input, preparedState(picture, input), m_panel, m_options.landscape,
                                     QFileInfo(picture.path).completeBaseName() +
                                         QStringLiteral("_preproc.jpg")};
         const QString rendered =

@@ -22,6 +22,9 @@ private:
     bool prepare(int *exitCode);
     // The frame of the picture, or an empty path when the processor made none.
     QString processPicture(int index, const PictureList::Picture &picture);
+    // The picture's state as its frame is made: its caption's text made for it, and, with
+    // --auto-frame, its crop moved onto its faces (found in input, the file the render reads).
+    PreprocState preparedState(const PictureList::Picture &picture, const QString &input) const;
     int writePackage();
 
     PackOptions m_options;

@@ -5,21 +5,45 @@
 #include "ui/AppStrings.h"
 #include "ui/UiLanguage.h"
 
-#include <QCoreApplication>
+#include <QGuiApplication>
 #include <QTextStream>
 
 #include <cstdio>
+#include <cstring>
 
 #ifdef Q_OS_WIN
 #include <windows.h>
 #endif
 
+namespace {
+
+// Qt's own notes (such as the display-less platform's about its runtime folder) are not for
+// velora-pack's users: its error stream is its own, and carries them only with --verbose.
+bool g_verbose = false;
+
+void keepQtNotesQuiet(QtMsgType type, const QMessageLogContext &, const QString &message)
+{
+    if (g_verbose || type == QtCriticalMsg || type == QtFatalMsg)
+        std::fprintf(stderr, "%s\n", qPrintable(message));
+}
+
+} // namespace
+
 int main(int argc, char *argv[])
 {
+    for (int i = 1; i < argc; ++i)
+        g_verbose = g_verbose || std::strcmp(argv[i], "--verbose") == 0;
+    qInstallMessageHandler(keepQtNotesQuiet);
 #ifdef Q_OS_WIN
     (void)SetConsoleOutputCP(65001); // UTF-8 on the console, for paths and the status marks
 #endif
-    QCoreApplication app(argc, argv);
+#ifndef Q_OS_WIN
+    // Captions are written with fonts, which need a GUI application, and this one has no
+    // window: it runs on the platform that needs no display, unless told otherwise.
+    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+#endif
+    QGuiApplication app(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("Velora Offline Tool"));
     QCoreApplication::setOrganizationName(QStringLiteral("PLABRUB"));
     QCoreApplication::setApplicationVersion(QStringLiteral(VELORA_VERSION));

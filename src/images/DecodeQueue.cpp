@@ -1,5 +1,6 @@
 #include "images/DecodeQueue.h"
 
+#include "images/DateTaken.h"
 #include "images/ImageLoader.h"
 
 #include <QMutexLocker>
@@ -41,6 +42,12 @@ DecodedPicture DecodeQueue::decode(const Job &job)
     DecodedPicture picture;
     if (job.work == Work::Nothing)
         return picture;
+    if (job.work == Work::FacesOnly) {
+        picture.subjects = FaceDetector::detect(ImageLoader::load(job.path, FaceDetector::kMaxSide));
+        return picture;
+    }
+    if (job.work == Work::Decode)
+        picture.dateTaken = DateTaken::read(job.path);
     // The one decode the previews come from: at the preview's size, or at the face detector's
     // when faces are looked for too.
     const int side = job.findFaces ? FaceDetector::kMaxSide : kPreviewSide;

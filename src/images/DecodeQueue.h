@@ -4,6 +4,7 @@
 #include "images/CompactImage.h"
 #include "images/FaceDetector.h"
 
+#include <QDateTime>
 #include <QImage>
 #include <QList>
 #include <QMutex>
@@ -26,6 +27,8 @@ struct DecodedPicture {
     ColourProfile::Problem colourProblem = ColourProfile::Problem::None;
     // Its faces (or subject), where the job asked for them.
     std::optional<PictureSubjects> subjects;
+    // When it was taken (EXIF); invalid when unknown.
+    QDateTime dateTaken;
 };
 
 // Decodes the pictures of one adding on worker threads (as many as the machine has cores).
@@ -45,12 +48,13 @@ public:
         Decode,      // previews, and the conversion of a HEIC/HEIF picture
         ConvertOnly, // a HEIC/HEIF picture already listed: converted (or found in the cache) again
         Nothing,     // delivered as it is, in its turn
+        FacesOnly,   // the faces of a picture already listed, and nothing else
     };
     struct Job {
         QString path;
         Work work = Work::Decode;
-        // Also find the picture's faces (Work::Decode only), from one decode at
-        // FaceDetector::kMaxSide that the previews are made from too.
+        // Also find the picture's faces (Work::Decode), from one decode at
+        // FaceDetector::kMaxSide that the previews are made from too. Work::FacesOnly implies it.
         bool findFaces = false;
     };
 

@@ -1,5 +1,6 @@
 #include "preprocess/ImagePreprocess.h"
 
+#include "preprocess/Caption.h"
 #include "preprocess/Framing.h"
 #include "preprocess/ImageOps.h"
 #include "preprocess/Tone.h"
@@ -30,13 +31,16 @@ QRect pictureArea(const QSize &rotated, const PreprocState &state, const QImage 
     return drawn.isEmpty() ? framed.rect() : drawn.toAlignedRect() & framed.rect();
 }
 
-// The picture turned and placed in the frame, then toned. The tone works on the frame's pixels
-// (a few megapixels), not on every pixel of a large photo, most of which the frame drops.
+// The picture turned and placed in the frame, then toned, then captioned. The tone works on
+// the frame's pixels (a few megapixels), not on every pixel of a large photo, most of which the
+// frame drops. The caption is drawn on the composition, at a size set by its height, so that
+// it looks the same at every size the composition is made at.
 QImage composed(const QImage &image, const PreprocState &state, const QSize &target)
 {
     const QImage rotated = rotateImageByDegrees(image, state.rotationDegrees);
     QImage framed = Framing::renderFramed(rotated, state, target);
     Tone::applyWithin(framed, pictureArea(rotated.size(), state, framed), state.tone);
+    Caption::draw(framed, state.caption);
     return framed;
 }
 } // namespace
@@ -44,10 +48,18 @@ QImage composed(const QImage &image, const PreprocState &state, const QSize &tar
 bool operator==(const PreprocState &a, const PreprocState &b)
 {
     return a.fillMode == b.fillMode && a.rotationDegrees == b.rotationDegrees && a.focusX == b.focusX &&
-           a.focusY == b.focusY && a.zoom == b.zoom && a.tone == b.tone;
+           a.focusY == b.focusY && a.zoom == b.zoom && a.tone == b.tone && a.caption == b.caption;
 }
 
 bool operator!=(const PreprocState &a, const PreprocState &b) { return !(a == b); }
+
+bool operator==(const CaptionSettings &a, const CaptionSettings &b)
+{
+    return a.kind == b.kind && a.corner == b.corner && a.style == b.style && a.custom == b.custom &&
+           a.shown == b.shown;
+}
+
+bool operator!=(const CaptionSettings &a, const CaptionSettings &b) { return !(a == b); }
 
 QString fillModeLabel(FillMode mode) { return Str::fillModeLabel(mode); }
 QString fillModeButtonText(FillMode mode) { return Str::fillModeButtonText(mode); }

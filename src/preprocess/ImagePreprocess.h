@@ -39,11 +39,42 @@ struct ToneSettings {
 bool operator==(const ToneSettings &a, const ToneSettings &b);
 bool operator!=(const ToneSettings &a, const ToneSettings &b);
 
+// What a picture's caption says. The values are the order in which they are offered and must
+// be kept.
+enum class CaptionKind : qint32 {
+    None = 0,
+    DateTaken = 1,
+    FileName = 2,
+    Custom = 3,
+};
+enum class CaptionCorner : qint32 {
+    BottomLeft = 0,
+    BottomRight = 1,
+};
+enum class CaptionStyle : qint32 {
+    Band = 0,    // white on a black band
+    Outline = 1, // white, outlined in black
+};
+
+// A picture's caption (Caption holds the drawing): what it says, where and how. shown is the
+// text drawn, made for the picture by Caption::resolved() from the kind (its date taken, its
+// file name, or custom); empty, nothing is drawn. The default draws nothing.
+struct CaptionSettings {
+    CaptionKind kind = CaptionKind::None;
+    CaptionCorner corner = CaptionCorner::BottomRight;
+    CaptionStyle style = CaptionStyle::Band;
+    QString custom;
+    QString shown;
+};
+
+bool operator==(const CaptionSettings &a, const CaptionSettings &b);
+bool operator!=(const CaptionSettings &a, const CaptionSettings &b);
+
 // A picture's preprocessing: fill mode, then clockwise rotation in degrees (multiples of 90),
 // then its framing: the focus point (fractions of the rotated picture) that shows at the
 // frame's centre and the zoom from the fitted (fills) or covering (centre crop) size; then its
-// tone. The framing's and the tone's defaults render every mode exactly as it renders without
-// them.
+// tone; then its caption. The framing's, the tone's and the caption's defaults render every
+// mode exactly as it renders without them.
 struct PreprocState {
     FillMode fillMode;
     qint32 rotationDegrees;
@@ -51,6 +82,7 @@ struct PreprocState {
     double focusY = 0.5;
     double zoom = 1.0;
     ToneSettings tone = ToneSettings();
+    CaptionSettings caption = CaptionSettings();
 };
 
 bool operator==(const PreprocState &a, const PreprocState &b);

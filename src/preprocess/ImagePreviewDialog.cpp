@@ -54,7 +54,9 @@ ImagePreviewDialog::ImagePreviewDialog(const QImage &image, const QSize &panel, 
     layout->addWidget(m_controlPanel);
 
     buildFramingControls(layout);
+    buildFaceControls(layout);
     buildToneControls(layout);
+    buildCaptionControls(layout);
     buildViewControls(layout);
 
     m_infoLabel = new QLabel(this);

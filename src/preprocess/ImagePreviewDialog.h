@@ -1,16 +1,21 @@
 #pragma once
 
+#include "images/FaceDetector.h"
 #include "preprocess/ImagePreprocess.h"
 #include "preprocess/ImagePyramid.h"
 #include "preprocess/PanelRenderer.h"
 
+#include <QDateTime>
 #include <QDialog>
 #include <QImage>
 #include <QSize>
 #include <QTimer>
 
+#include <optional>
 #include <utility>
 
+class CaptionControls;
+class FaceSearch;
 class FramingSurface;
 class PreprocControlPanel;
 class ToneControls;
@@ -24,7 +29,9 @@ class QVBoxLayout;
 // The large preview of one row: the full-resolution picture rendered as the frame will show
 // it, in its wooden frame, with the fill and rotate controls, and the place where the picture
 // is framed (dragged to move it, zoomed with the wheel or the slider, nudged with the arrow
-// keys, reset) and toned (a preset and three sliders, with a before/after toggle). Every
+// keys, reset, or moved onto the picture's faces) and toned (a preset and three sliders, with a
+// before/after toggle), and where its caption is chosen. The faces are the row's, or are
+// looked for on a worker thread (FaceSearch) while the dialog is open. Every
 // change shows at once at screen size from a reduced copy, so that the dialog keeps up; the
 // preview at the panel's resolution, optionally as a six-colour e-paper panel shows it, is
 // rendered on a worker thread (PanelRenderer) and replaces it when it is ready. That preview
@@ -60,6 +67,19 @@ public:
     // True while the preview waits for its render at the panel's resolution.
     bool isShowingQuickPreview() const { return m_quick; }
 
+    // The picture's file and date taken, which its caption writes from.
+    void setPictureFacts(const QString &path, const QDateTime &dateTaken);
+    // The picture's faces (or subject), as the row knows them; or looked for in the file.
+    void setSubjects(const PictureSubjects &subjects);
+    void findSubjects(const QString &path);
+    const std::optional<PictureSubjects> &subjects() const { return m_subjects; }
+    // Moves the crop onto the faces, as "Frame faces" does.
+    void frameFaces();
+    QPushButton *frameFacesButton() const { return m_frameFacesButton; }
+    QCheckBox *showFacesCheckBox() const { return m_showFacesCheck; }
+    QLabel *facesLabel() const { return m_facesLabel; }
+    CaptionControls *captionControls() const { return m_captionControls; }
+
     // Shows the preview at once at screen size, and asks for it at the panel's resolution.
     void refreshPreview();
     // The preview at screen size only; refreshPreview() follows once the user pauses.
@@ -73,6 +93,12 @@ private:
     void buildFramingControls(QVBoxLayout *layout);
     void buildToneControls(QVBoxLayout *layout);
     void buildViewControls(QVBoxLayout *layout);
+    void buildFaceControls(QVBoxLayout *layout);
+    void buildCaptionControls(QVBoxLayout *layout);
+    // How many faces the crop cuts, and the image with the faces outlined where "Show faces"
+    // asks for them (kept ones solid, cut ones dashed).
+    int cutFaces() const;
+    QImage withFaceBoxes(const QImage &image, bool actualPixels) const;
     void rotateBy(int degrees);
     void moveBy(const QPoint &screenDelta);
     void setZoom(double zoom);
@@ -105,6 +131,14 @@ private:
     QPushButton *m_beforeButton = nullptr;
     QCheckBox *m_epaperCheck = nullptr;
     QPushButton *m_actualPixelsButton = nullptr;
+    QPushButton *m_frameFacesButton = nullptr;
+    QCheckBox *m_showFacesCheck = nullptr;
+    QLabel *m_facesLabel = nullptr;
+    CaptionControls *m_captionControls = nullptr;
+    std::optional<PictureSubjects> m_subjects;
+    FaceSearch *m_faceSearch = nullptr;
+    QString m_picturePath;
+    QDateTime m_dateTaken;
     QTimer m_settle;
     PanelRenderer m_renderer;
     quint64 m_awaited = 0; // the render the preview waits for

@@ -80,7 +80,7 @@ void ImagePreviewDialog::showImage(const QImage &image, bool actualPixels)
         m_surface->setText(Str::previewCannotLoad());
         return;
     }
-    QPixmap pixmap = QPixmap::fromImage(image);
+    QPixmap pixmap = QPixmap::fromImage(withFaceBoxes(image, actualPixels));
     if (actualPixels)
         pixmap.setDevicePixelRatio(devicePixelRatioF()); // one panel pixel on one device pixel
     m_surface->setText(QString());
@@ -103,6 +103,10 @@ void ImagePreviewDialog::showInfo()
         Framing::lowResolutionText(m_pyramid.full().size(), m_state, m_panel, m_landscape);
     if (!warning.isEmpty())
         info += QStringLiteral("\n⚠ ") + warning;
+    if (const int cut = cutFaces())
+        info += QStringLiteral("\n⚠ ") + Str::faceCutTip(cut);
+    if (m_state.caption.kind == CaptionKind::DateTaken && m_state.caption.shown.isEmpty())
+        info += QStringLiteral("\n⚠ ") + Str::captionNoDateTip();
     m_infoLabel->setText(info);
 }
 

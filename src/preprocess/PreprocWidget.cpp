@@ -1,7 +1,9 @@
 #include "preprocess/PreprocWidget.h"
 
+#include "images/DateTaken.h"
 #include "images/ImageLoader.h"
 #include "preprocess/AutoFrame.h"
+#include "preprocess/Caption.h"
 #include "preprocess/Framing.h"
 #include "preprocess/ImagePreviewDialog.h"
 #include "preprocess/PreprocControlPanel.h"
@@ -26,6 +28,7 @@ PreprocWidget::PreprocWidget(const QString &path, QWidget *parent)
     : PreprocWidget(path, CompactImage(ImageLoader::load(path, kThumbnailSourceSide)), parent)
 {
     setPictureSize(ImageLoader::pictureSize(path));
+    setDateTaken(DateTaken::read(path));
 }
 
 PreprocWidget::PreprocWidget(const QString &path, const CompactImage &thumbnailSource, QWidget *parent)
@@ -80,10 +83,14 @@ void PreprocWidget::setupUI()
     m_toneMark = new QLabel(QStringLiteral("◐"), this);
     m_toneMark->setObjectName(QStringLiteral("tarnToneMark"));
     m_toneMark->hide();
+    m_captionMark = new QLabel(QStringLiteral("Aa"), this);
+    m_captionMark->setObjectName(QStringLiteral("tarnCaptionMark"));
+    m_captionMark->hide();
     nameRow->addWidget(m_lowResolutionMark);
     nameRow->addWidget(m_faceMark);
     nameRow->addWidget(m_nameLabel);
-    nameRow->addWidget(m_toneMark); // beside the name, as a note on the picture
+    nameRow->addWidget(m_toneMark); // beside the name, as notes on the picture
+    nameRow->addWidget(m_captionMark);
     left->addLayout(nameRow);
     m_controlPanel = new PreprocControlPanel(PreprocControlPanel::LayoutStyle::Stacked, false, true, this);
     m_controlPanel->setState(m_state);
@@ -177,6 +184,25 @@ void PreprocWidget::updateMarks()
     updateLowResolutionMark();
     updateFaceMark();
     updateToneMark();
+    updateCaptionMark();
+}
+
+void PreprocWidget::updateCaptionMark()
+{
+    const CaptionSettings &caption = m_state.caption;
+    const bool captioned = caption.kind != CaptionKind::None;
+    m_captionMark->setToolTip(!captioned ? QString()
+                              : caption.shown.isEmpty() && caption.kind == CaptionKind::DateTaken
+                                  ? Str::captionNoDateTip()
+                                  : Str::captionMarkTip(Caption::description(caption), caption.shown));
+    m_captionMark->setVisible(captioned);
+}
+
+void PreprocWidget::setDateTaken(const QDateTime &taken)
+{
+    m_dateTaken = taken;
+    m_state.caption = Caption::resolved(m_state.caption, m_sourcePath, m_dateTaken);
+    updateCaptionMark();
 }
 
 void PreprocWidget::updateToneMark()
@@ -218,6 +244,7 @@ void PreprocWidget::followSubjects()
 void PreprocWidget::finishChange(bool refresh)
 {
     followSubjects();
+    m_state.caption = Caption::resolved(m_state.caption, m_sourcePath, m_dateTaken);
     m_controlPanel->setState(m_state);
     updateMarks();
     if (!refresh)
@@ -244,6 +271,12 @@ void PreprocWidget::setTone(const ToneSettings &tone, bool refresh)
     finishChange(refresh);
 }
 
+void PreprocWidget::setCaption(const CaptionSettings &caption, bool refresh)
+{
+    m_state.caption = caption;
+    finishChange(refresh);
+}
+
 void PreprocWidget::stepRotate(int deltaDegrees, bool refresh)
 {
     m_state = withoutDirect(Framing::turned(m_state, deltaDegrees));
@@ -261,11 +294,12 @@ void PreprocWidget::commitState(const PreprocState &state, bool refresh)
     finishChange(refresh);
 }
 
-void PreprocWidget::frameAroundSubjects(const PictureSubjects &subjects)
+void PreprocWidget::frameAroundSubjects(const PictureSubjects &subjects, bool refresh)
 {
+    const PreprocState before = m_state;
     m_subjects = subjects;
     m_followsSubjects = true;
-    finishChange(false);
+    finishChange(refresh && m_state != before);
 }
 
 void PreprocWidget::applyState(const PreprocState &state) { commitState(state, true); }
@@ -293,6 +327,7 @@ void PreprocWidget::swapContentWith(PreprocWidget *other)
     std::swap(m_thumbnailSource, other->m_thumbnailSource);
     std::swap(m_state, other->m_state);
     std::swap(m_pictureSize, other->m_pictureSize);
+    std::swap(m_dateTaken, other->m_dateTaken);
     std::swap(m_subjects, other->m_subjects);
     std::swap(m_followsSubjects, other->m_followsSubjects);
     if (m_renderer) {
@@ -322,10 +357,19 @@ void PreprocWidget::openPreviewDialog()
     const QImage full = loadFullSourceImage();
     if (full.isNull())
         return;
-    const auto [accepted, state] =
-        ImagePreviewDialog::openPreview(full, m_panelResolution, m_landscape, m_state, window());
+    ImagePreviewDialog dialog(full, m_panelResolution, m_landscape, m_state, window());
+    dialog.setPictureFacts(m_sourcePath, m_dateTaken);
+    if (m_subjects)
+        dialog.setSubjects(*m_subjects);
+    else
+        dialog.findSubjects(m_sourcePath);
+    const bool accepted = dialog.exec() == QDialog::Accepted;
+    if (!m_subjects && dialog.subjects()) {
+        m_subjects = dialog.subjects(); // found while the dialog was open: kept for the mark
+        updateMarks();
+    }
     if (accepted)
-        commitState(state, true);
+        commitState(dialog.workingState(), true);
 }
 
 bool PreprocWidget::eventFilter(QObject *watched, QEvent *event)

@@ -4,6 +4,7 @@
 #include "images/FaceDetector.h"
 #include "preprocess/ImagePreprocess.h"
 
+#include <QDateTime>
 #include <QImage>
 #include <QPointer>
 #include <QSize>
@@ -18,10 +19,10 @@ class QLabel;
 // The cell widget of an image row: the row's picture and its preprocessing state, with the
 // file name, a compact fill/rotate panel and a framed thumbnail that opens the preview dialog.
 // Its state never holds FillMode::Direct (a row always sends a prepared picture), its
-// rotation stays within 0..359 and its framing and tone within their limits; fill changes keep the
-// framing and rotations turn it with the picture. Setters take a refresh flag: with false nothing is redrawn
-// and nothing emitted, so batch code can refresh each row itself. Given a PreviewRenderer,
-// the framed thumbnail is drawn on worker threads and shown when it arrives; without one it
+// rotation stays within 0..359 and its framing and tone within their limits and its caption's text is this
+// picture's; fill changes keep the framing and rotations turn it with the picture. Setters take a refresh
+// flag: with false nothing is redrawn and nothing emitted, so batch code can refresh each row itself. Given a
+// PreviewRenderer, the framed thumbnail is drawn on worker threads and shown when it arrives; without one it
 // is drawn at once.
 class PreprocWidget : public QWidget
 {
@@ -43,10 +44,16 @@ public:
     QLabel *lowResolutionMark() const { return m_lowResolutionMark; }
     // Shown while the picture has a tone other than Neutral, its tool tip naming it.
     QLabel *toneMark() const { return m_toneMark; }
+    // When the picture was taken (invalid: unknown), for a caption of the date taken. No redraw.
+    void setDateTaken(const QDateTime &taken);
+    QDateTime dateTaken() const { return m_dateTaken; }
+    // Shown while the picture has a caption, its tool tip saying what it writes (or that the
+    // picture has no date taken to write).
+    QLabel *captionMark() const { return m_captionMark; }
     // The faces found in the picture (or its subject), and the picture framed around them
     // (AutoFrame) from now on: as its fill, rotation or frame change, until it is framed by
-    // hand (commitState()). No redraw.
-    void frameAroundSubjects(const PictureSubjects &subjects);
+    // hand (commitState()). With refresh, a change is drawn and reported.
+    void frameAroundSubjects(const PictureSubjects &subjects, bool refresh = false);
     bool followsSubjects() const { return m_followsSubjects; }
     const std::optional<PictureSubjects> &subjects() const { return m_subjects; }
     // Shown while the crop window cuts one of those faces, its tool tip saying so.
@@ -73,6 +80,8 @@ public:
     void setFillMode(FillMode mode, bool refresh);
     // The tone alone: fill, rotation and framing stay.
     void setTone(const ToneSettings &tone, bool refresh);
+    // The caption alone, its text made for this picture.
+    void setCaption(const CaptionSettings &caption, bool refresh);
     void stepRotate(int deltaDegrees, bool refresh);
     void commitState(const PreprocState &state, bool refresh);
     void applyState(const PreprocState &state);
@@ -103,6 +112,7 @@ private:
     void updateLowResolutionMark();
     void updateToneMark();
     void updateFaceMark();
+    void updateCaptionMark();
     // The state framed around the picture's faces while it follows them.
     void followSubjects();
     void updateMarks();
@@ -118,6 +128,8 @@ private:
     QLabel *m_lowResolutionMark = nullptr;
     QLabel *m_toneMark = nullptr;
     QLabel *m_faceMark = nullptr;
+    QLabel *m_captionMark = nullptr;
+    QDateTime m_dateTaken;
     std::optional<PictureSubjects> m_subjects;
     bool m_followsSubjects = false;
     PreprocControlPanel *m_controlPanel = nullptr;

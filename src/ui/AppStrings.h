@@ -9,6 +9,9 @@
 class QTableWidgetItem;
 enum class FillMode : qint32;
 enum class TonePreset : qint32;
+enum class CaptionKind : qint32;
+enum class CaptionCorner : qint32;
+enum class CaptionStyle : qint32;
 
 // The bilingual catalogue: one function per user-visible text. Each call builds its text
 // in the language UiLanguage holds at that moment, so callers fetch texts where they use
@@ -360,6 +363,39 @@ QString previewRendering();
 QString faceCutTip(int faces);
 QString frameFacesSetting();
 QString frameFacesSettingTip();
+QString frameFacesButton();
+QString frameFacesButtonTip();
+QString showFaces();
+QString showFacesTip();
+QString facesSearching();
+QString facesFound(int faces);
+QString facesNoneFound();
+QString facesUnavailable();
+QString batchAutoFrameButton();
+QString batchAutoFrameTip();
+QString batchAutoFrameSearching(int done, int total);
+QString batchAutoFrameApplied(int count);
+QString packOptionAutoFrame();
+
+// --- Captions ---
+QString captionKindName(CaptionKind kind);
+QString captionCornerName(CaptionCorner corner);
+QString captionStyleName(CaptionStyle style);
+QString captionDescription(const QString &kind, const QString &corner);
+QString captionLabel();
+QString captionTextPlaceholder();
+QString captionTip();
+QString captionNoDateTip();
+QString captionMarkTip(const QString &description, const QString &text);
+QString batchCaptionButton();
+QString batchCaptionTip();
+QString batchCaptionTitle();
+QString batchCaptionHint(int count);
+QString batchCaptionApplied(const QString &caption, int count);
+QString listBadCaption(int number, const QString &what);
+QString captionUnknownValue(const QString &field, const QString &value);
+QString packOptionCaption();
+QString packBadCaption(const QString &caption);
 QString cropDialogTitle();
 QString cropDialogIntro();
 QString cropLandscapeMode();

@@ -83,7 +83,8 @@ QString rowControlsStyleRules()
            QStringLiteral("QLabel#tarnPanelCaption {") + mutedLabelStyleSheet("font-size:11px;") +
            QStringLiteral("}QLabel#tarnRowPreview { background: transparent; }"
                           "QLabel#tarnLowResMark, QLabel#tarnFaceMark { color: #e0a030; font-weight: bold; }"
-                          "QLabel#tarnToneMark { color: #3a9a6e; }");
+                          "QLabel#tarnToneMark, QLabel#tarnCaptionMark { color: #3a9a6e; }"
+                          "QLabel#tarnCaptionMark { font-size: 10px; font-weight: bold; }");
 }
 
 QString stepSectionStyleRules()

@@ -32,7 +32,7 @@ void addConfirmButtons(QDialog *dialog, QBoxLayout *layout);
 // sheet: fill-mode buttons (object name "tarnFillModeBtn", fillModeButtonStyleSheet()),
 // action buttons ("tarnActionBtn", actionButtonStyleSheet()), captions ("tarnPanelCaption",
 // muted, 11 px), the framed thumbnail ("tarnRowPreview", transparent) and the row's marks
-// ("tarnLowResMark", "tarnFaceMark", "tarnToneMark"). A sheet of each
+// ("tarnLowResMark", "tarnFaceMark", "tarnToneMark", "tarnCaptionMark"). A sheet of each
 // widget's own would be parsed and kept once per widget, for a thousand rows.
 QString rowControlsStyleRules();
 

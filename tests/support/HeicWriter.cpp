@@ -18,6 +18,7 @@ struct Style {
     QByteArray icc;
     int nclxPrimaries = 0; // 0: no nclx description of our own
     int nclxTransfer = 0;
+    QByteArray exif;
 };
 
 bool encode(const QString &path, const QImage &source, int exifOrientation, bool withAlpha,
@@ -66,6 +67,10 @@ bool encode(const QString &path, const QImage &source, int exifOrientation, bool
         options->macOS_compatibility_workaround_no_nclx_profile = nclx == nullptr;
         heif_image_handle *handle = nullptr;
         ok = heif_context_encode_image(context, picture, encoder, options, &handle).code == heif_error_Ok;
+        if (ok && !style.exif.isEmpty())
+            ok = heif_context_add_exif_metadata(context, handle, style.exif.constData(),
+                                                int(style.exif.size()))
+                     .code == heif_error_Ok;
         if (ok && style.thumbnailSide > 0) {
             heif_image_handle *thumbnail = nullptr;
             ok = heif_context_encode_thumbnail(context, picture, handle, encoder, options,
@@ -103,7 +108,11 @@ bool write(const QString &path, const QImage &image, int exifOrientation, bool w
 
 bool writePhoneLike(const QString &path, const QImage &image)
 {
-    return encode(path, image, 1, false, Style{90, "ultrafast", 320, {}, 0, 0});
+    Style style;
+    style.quality = 90;
+    style.preset = "ultrafast";
+    style.thumbnailSide = 320;
+    return encode(path, image, 1, false, style);
 }
 
 bool writeWithProfile(const QString &path, const QImage &image, const QByteArray &icc)
@@ -118,6 +127,13 @@ bool writeWithNclx(const QString &path, const QImage &image, int primaries, int 
     Style style;
     style.nclxPrimaries = primaries;
     style.nclxTransfer = transfer;
+    return encode(path, image, 1, false, style);
+}
+
+bool writeWithExif(const QString &path, const QImage &image, const QByteArray &exif)
+{
+    Style style;
+    style.exif = exif;
     return encode(path, image, 1, false, style);
 }
 

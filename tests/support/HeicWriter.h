@@ -23,4 +23,7 @@ bool writeWithProfile(const QString &path, const QImage &image, const QByteArray
 // BT.601's, at full range).
 bool writeWithNclx(const QString &path, const QImage &image, int primaries, int transfer);
 
+// With an EXIF block (a TIFF header and its directories), as a camera's "Exif" item.
+bool writeWithExif(const QString &path, const QImage &image, const QByteArray &exif);
+
 } // namespace HeicWriter

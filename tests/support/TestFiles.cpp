@@ -148,6 +148,46 @@ QByteArray jpegWithExifOrientation(const QImage &image, int orientation)
     return jpeg.left(2) + app1 + jpeg.mid(2);
 }
 
+QByteArray exifWithDateTaken(const QString &text)
+{
+    const auto u16 = [](QByteArray &out, int value) {
+        out.append(char(value & 0xff)).append(char((value >> 8) & 0xff));
+    };
+    const auto u32 = [&](QByteArray &out, quint32 value) {
+        u16(out, int(value & 0xffff));
+        u16(out, int(value >> 16));
+    };
+    const QByteArray date = text.toLatin1() + '\0';
+    QByteArray tiff("II*\0", 4);
+    u32(tiff, 8); // the first directory: one entry, the EXIF directory's place
+    u16(tiff, 1);
+    u16(tiff, 0x8769);
+    u16(tiff, 4);
+    u32(tiff, 1);
+    u32(tiff, 26);
+    u32(tiff, 0);
+    u16(tiff, 1); // the EXIF directory, at 26: the date, its text at 44
+    u16(tiff, 0x9003);
+    u16(tiff, 2);
+    u32(tiff, quint32(date.size()));
+    u32(tiff, 44);
+    u32(tiff, 0);
+    return tiff + date;
+}
+
+QByteArray jpegWithDateTaken(const QImage &image, const QString &text)
+{
+    QByteArray jpeg;
+    QBuffer buffer(&jpeg);
+    buffer.open(QIODevice::WriteOnly);
+    image.save(&buffer, "JPEG", 95);
+    const QByteArray payload = QByteArray("Exif\0\0", 6) + exifWithDateTaken(text);
+    const int length = int(payload.size()) + 2;
+    QByteArray app1 = QByteArray::fromHex("FFE1");
+    app1.append(char(length >> 8)).append(char(length & 0xff));
+    return jpeg.left(2) + app1 + payload + jpeg.mid(2);
+}
+
 QByteArray pngWithOneRow(int width, int height)
 {
     QByteArray png = QByteArray::fromHex("89504E470D0A1A0A");

@@ -47,6 +47,11 @@ QImage solidImage(int width, int height, const QColor &colour);
 // A JPEG of the image whose EXIF block says how to turn it for viewing (1..8, EXIF numbering).
 QByteArray jpegWithExifOrientation(const QImage &image, int orientation);
 
+// An EXIF block (a little-endian TIFF header, the first directory and the EXIF directory) whose
+// DateTimeOriginal is text ("2024:05:17 10:30:00"), and a JPEG of the image carrying it.
+QByteArray exifWithDateTaken(const QString &text);
+QByteArray jpegWithDateTaken(const QImage &image, const QString &text);
+
 // A PNG whose header declares width x height but which carries no real pixel data: what a
 // hostile or damaged file looks like to a reader.
 QByteArray pngWithOneRow(int width, int height);

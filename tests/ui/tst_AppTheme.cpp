@@ -172,7 +172,8 @@ void TestAppTheme::rowControlsRules()
                  "QLabel#tarnPanelCaption {color:#555; font-size:11px;}"
                  "QLabel#tarnRowPreview { background: transparent; }"
                  "QLabel#tarnLowResMark, QLabel#tarnFaceMark { color: #e0a030; font-weight: bold; }"
-                 "QLabel#tarnToneMark { color: #3a9a6e; }");
+                 "QLabel#tarnToneMark, QLabel#tarnCaptionMark { color: #3a9a6e; }"
+                 "QLabel#tarnCaptionMark { font-size: 10px; font-weight: bold; }");
     setWindowLightness(40);
     QString dark = kDarkFill;
     QVERIFY(AppTheme::rowControlsStyleRules().startsWith(
