@@ -3,6 +3,9 @@
 // and a crop that cuts it is marked. Without the setting, adding is as before.
 #include "app/MainWindow.h"
 #include "images/ImageTableWidget.h"
+#include "preprocess/CaptionControls.h"
+#include "preprocess/ImagePreviewDialog.h"
+#include "preprocess/PreprocControlPanel.h"
 #include "preprocess/PreprocWidget.h"
 
 #include "ModalAnswerer.h"
@@ -11,9 +14,13 @@
 #include "WindowTestCase.h"
 
 #include <QCheckBox>
+#include <QComboBox>
 #include <QDir>
 #include <QLabel>
+#include <QLocale>
 #include <QPainter>
+#include <QPlainTextEdit>
+#include <QPushButton>
 #include <QTest>
 #include <QTimer>
 
@@ -41,6 +48,12 @@ private Q_SLOTS:
     void withoutTheSettingACropThatCutsAFaceIsNotKnown();
     void detectionInFlightEndsWithTheRows_data();
     void detectionInFlightEndsWithTheRows();
+    void theSettingIsRemembered();
+    void autoFrameLooksForTheFacesItDoesNotKnow();
+    void autoFrameSearchEndsWithTheRows_data();
+    void autoFrameSearchEndsWithTheRows();
+    void thePreviewShowsTheFaces();
+    void captionsAreMarkedWithWhatTheyWrite();
 
 private:
     QCheckBox *setting() const
@@ -48,6 +61,7 @@ private:
         return withText<QCheckBox>(*m_window, QStringLiteral("Frame new pictures around faces"));
     }
     PreprocWidget *rowWidget(int row) const { return m_window->preprocWidgetAt(row); }
+    QString logText() const { return m_window->findChild<QPlainTextEdit *>()->toPlainText(); }
 };
 
 void TestMainWindowFaces::theSettingIsOffAtFirst()
@@ -142,6 +156,151 @@ void TestMainWindowFaces::detectionInFlightEndsWithTheRows()
     }
     if (action == QLatin1String("close"))
         QVERIFY(!m_window);
+}
+
+void TestMainWindowFaces::theSettingIsRemembered()
+{
+    setting()->setChecked(true);
+    m_window.reset(); // it saves its settings as it goes
+    m_window = std::make_unique<MainWindow>();
+    QVERIFY(setting()->isChecked());
+    setting()->setChecked(false);
+    m_window.reset();
+    m_window = std::make_unique<MainWindow>();
+    QVERIFY(!setting()->isChecked());
+}
+
+void TestMainWindowFaces::autoFrameLooksForTheFacesItDoesNotKnow()
+{
+    addPictures({faceAtTheRight(), faceAtTheRight()});
+    QTRY_COMPARE(m_window->imageTable()->rowCount(), 2);
+    check({0, 1});
+    m_window->applyFillToCheckedRows(FillMode::CenterCrop);
+    QVERIFY(!rowWidget(0)->subjects());
+    QPushButton *button = withText<QPushButton>(*m_window, QStringLiteral("Auto-frame"));
+    QVERIFY(button);
+    QTest::mouseClick(button, Qt::LeftButton);
+    // Looked for on worker threads; the button says how far, and the rows follow their faces.
+    QCOMPARE(button->text(), QStringLiteral("Looking for faces: 0 of 2"));
+    QVERIFY(!rowWidget(0)->subjects());
+    QTRY_VERIFY(rowWidget(0)->followsSubjects() && rowWidget(1)->followsSubjects());
+    for (int row = 0; row < 2; ++row)
+        QVERIFY2(rowWidget(row)->state().focusX > 0.75,
+                 qPrintable(QString::number(rowWidget(row)->state().focusX)));
+    QTRY_COMPARE(button->text(), QStringLiteral("Auto-frame"));
+    QVERIFY(logText().contains(QStringLiteral("2 picture(s) framed around their faces")));
+    // Known now: a second Auto-frame frames at once; Reset by hand goes back to the centre.
+    rowWidget(0)->commitState({FillMode::CenterCrop, 0}, true);
+    QVERIFY(!rowWidget(0)->faceMark()->isHidden());
+    QCOMPARE(m_window->autoFrameCheckedRows(), 2);
+    QVERIFY(rowWidget(0)->state().focusX > 0.75);
+    QVERIFY(rowWidget(0)->faceMark()->isHidden());
+}
+
+void TestMainWindowFaces::autoFrameSearchEndsWithTheRows_data() { detectionInFlightEndsWithTheRows_data(); }
+
+void TestMainWindowFaces::autoFrameSearchEndsWithTheRows()
+{
+    QFETCH(QString, action);
+    QList<QImage> pictures;
+    for (int i = 0; i < 24; ++i)
+        pictures << faceAtTheRight().scaled(1200, 500);
+    addPictures(pictures);
+    QTRY_COMPARE(m_window->imageTable()->rowCount(), 24);
+    QVERIFY(selectAllBox());
+    selectAllBox()->setChecked(true);
+    m_window->applyFillToCheckedRows(FillMode::CenterCrop);
+    QVERIFY(m_window->autoFrameCheckedRows() == 24);
+    if (action == QLatin1String("clear")) {
+        ModalAnswerer answers(QMessageBox::Yes);
+        m_window->onClearAll();
+        QCOMPARE(m_window->imageTable()->rowCount(), 0);
+    } else if (action == QLatin1String("remove")) {
+        // The first half goes; the faces of the rest are still looked for, and framed.
+        selectAllBox()->setChecked(false);
+        for (int row = 0; row < 12; ++row)
+            check({row});
+        ModalAnswerer answers(QMessageBox::Yes);
+        m_window->onRemoveSelected();
+        QCOMPARE(m_window->imageTable()->rowCount(), 12);
+        QTRY_VERIFY_WITH_TIMEOUT(rowWidget(11)->followsSubjects(), 20000);
+        for (int row = 0; row < 12; ++row)
+            QVERIFY(rowWidget(row)->state().focusX > 0.75);
+    } else {
+        m_window.reset();
+    }
+    QTest::qWait(300); // nothing arrives late
+    QVERIFY(!m_window || m_window->imageTable()->rowCount() == (action == QLatin1String("remove") ? 12 : 0));
+}
+
+void TestMainWindowFaces::thePreviewShowsTheFaces()
+{
+    setting()->setChecked(true);
+    addPictures({faceAtTheRight()});
+    QTRY_COMPARE(m_window->imageTable()->rowCount(), 1);
+    rowWidget(0)->commitState({FillMode::WhiteFill, 0}, true); // the whole picture in view
+    bool looked = false;
+    ModalAnswerer answerer(QMessageBox::Ok, [&](QWidget *widget) {
+        auto *dialog = qobject_cast<ImagePreviewDialog *>(widget);
+        if (!dialog)
+            return;
+        looked = true;
+        // The row's faces come with it: nothing to look for.
+        QCOMPARE(dialog->facesLabel()->text(), QStringLiteral("1 face found"));
+        QVERIFY(dialog->frameFacesButton()->isEnabled());
+        const auto greenPixels = [dialog] {
+            const QImage shown = dialog->previewLabel()->pixmap().toImage();
+            int count = 0;
+            for (int y = 0; y < shown.height(); ++y)
+                for (int x = 0; x < shown.width(); ++x)
+                    count += shown.pixelColor(x, y) == QColor(70, 220, 120);
+            return count;
+        };
+        QCOMPARE(greenPixels(), 0);
+        dialog->showFacesCheckBox()->setChecked(true);
+        QTRY_VERIFY(greenPixels() > 40);
+        // Framed by hand to the centre, the face is cut: the info line says so.
+        dialog->controlPanel()->fillButton(FillMode::CenterCrop)->click();
+        dialog->resetFramingButton()->click();
+        QVERIFY(dialog->infoLabel()->text().contains(QStringLiteral("The crop cuts a face")));
+        QTest::mouseClick(withText<QPushButton>(*dialog, QStringLiteral("Cancel")), Qt::LeftButton);
+    });
+    QTest::mouseClick(rowWidget(0)->previewLabel(), Qt::LeftButton);
+    QVERIFY(looked);
+}
+
+void TestMainWindowFaces::captionsAreMarkedWithWhatTheyWrite()
+{
+    const QString folder = m_fixture->path(QStringLiteral("captions"));
+    QVERIFY(TestFiles::write(QDir(folder).filePath(QStringLiteral("a_dated.jpg")),
+                             TestFiles::jpegWithDateTaken(TestFiles::solidImage(300, 400, Qt::blue),
+                                                          QStringLiteral("2023:12:24 18:00:00"))));
+    QVERIFY(
+        TestFiles::solidImage(300, 400, Qt::red).save(QDir(folder).filePath(QStringLiteral("b_plain.png"))));
+    m_window->addImageFiles({folder});
+    QTRY_COMPARE(m_window->imageTable()->rowCount(), 2);
+    QVERIFY(rowWidget(0)->captionMark()->isHidden());
+    check({0, 1});
+    CaptionSettings caption;
+    caption.kind = CaptionKind::DateTaken;
+    ModalAnswerer answerer(QMessageBox::Ok, [](QWidget *dialog) {
+        auto *captions = dialog->findChild<CaptionControls *>();
+        if (!captions)
+            return;
+        captions->kindBox()->setCurrentIndex(captions->kindBox()->findText(QStringLiteral("Date taken")));
+        QTest::mouseClick(withText<QPushButton>(*dialog, QStringLiteral("OK")), Qt::LeftButton);
+    });
+    QTest::mouseClick(withText<QPushButton>(*m_window, QStringLiteral("Caption…")), Qt::LeftButton);
+    const QString date = QLocale::system().toString(QDate(2023, 12, 24), QLocale::ShortFormat);
+    QCOMPARE(rowWidget(0)->state().caption.shown, date);
+    QCOMPARE(rowWidget(0)->captionMark()->toolTip(),
+             QStringLiteral("Caption: Date taken, Bottom right — \"%1\"").arg(date));
+    // A picture without a date taken says so, and writes nothing.
+    QVERIFY(!rowWidget(1)->captionMark()->isHidden());
+    QCOMPARE(rowWidget(1)->captionMark()->toolTip(),
+             QStringLiteral("This picture has no date taken (EXIF): no caption is drawn"));
+    QCOMPARE(rowWidget(1)->state().caption.shown, QString());
+    QVERIFY(logText().contains(QStringLiteral("Caption set for 2 picture(s): Date taken, Bottom right")));
 }
 
 QTEST_MAIN(TestMainWindowFaces)

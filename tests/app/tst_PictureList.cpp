@@ -37,10 +37,15 @@ PictureList TestPictureList::sample()
     PictureList list;
     PreprocState vivid = framedState(FillMode::CenterCrop, 0.1, 0.9, 2.5, 90);
     vivid.tone = {TonePreset::Vivid, 0.5, -0.25, 1.3};
+    vivid.caption.kind = CaptionKind::Custom;
+    vivid.caption.corner = CaptionCorner::BottomLeft;
+    vivid.caption.style = CaptionStyle::Outline;
+    vivid.caption.custom = QStringLiteral("长城 2024");
+    PreprocState dated = framedState(FillMode::BlackFill, 0.3, 0.5, 1.25, 270);
+    dated.caption.kind = CaptionKind::DateTaken;
     list.pictures << PictureList::Picture{"/photos/a.jpg", vivid}
                   << PictureList::Picture{"/photos/b c/é.png", framedState(FillMode::Direct, 0.5, 0.5, 1.0)}
-                  << PictureList::Picture{"/photos/c.heic",
-                                          framedState(FillMode::BlackFill, 0.3, 0.5, 1.25, 270)};
+                  << PictureList::Picture{"/photos/c.heic", dated};
     list.keyFile = "/keys/frame.json";
     list.panelType = "253";
     list.landscape = true;
@@ -79,6 +84,16 @@ void TestPictureList::writtenIsReadBack()
     QCOMPARE(tone.value("saturation").toDouble(), 1.3);
     QCOMPARE(root.value("pictures")[1].toObject().value("tone").toObject().value("preset").toString(),
              QString("neutral"));
+    // A caption where there is one: its text only where it is the owner's.
+    const QJsonObject caption = root.value("pictures")[0].toObject().value("caption").toObject();
+    QCOMPARE(caption.value("kind").toString(), QString("text"));
+    QCOMPARE(caption.value("corner").toString(), QString("bottom-left"));
+    QCOMPARE(caption.value("style").toString(), QString("outline"));
+    QCOMPARE(caption.value("text").toString(), QString("长城 2024"));
+    QVERIFY(!root.value("pictures")[1].toObject().contains("caption"));
+    const QJsonObject date = root.value("pictures")[2].toObject().value("caption").toObject();
+    QCOMPARE(date.value("kind").toString(), QString("date"));
+    QVERIFY(!date.contains("text"));
 }
 
 void TestPictureList::versionOneListsAreNeutral()
@@ -90,7 +105,7 @@ void TestPictureList::versionOneListsAreNeutral()
     QVERIFY2(read, qPrintable(error));
     QCOMPARE(read->pictures.size(), 3);
     for (const PictureList::Picture &picture : read->pictures)
-        QVERIFY(picture.state.tone == ToneSettings());
+        QVERIFY(picture.state.tone == ToneSettings() && picture.state.caption == CaptionSettings());
     QCOMPARE(read->pictures.first().state.zoom, 2.5); // the rest of the state is read
     // Written again, it is a version-2 list.
     QCOMPARE(QJsonDocument::fromJson(read->toJson()).object().value("version").toInt(), 2);
@@ -143,6 +158,15 @@ void TestPictureList::faultyFilesGiveAMessage_data()
     QTest::newRow("contrast not a number")
         << edited("\"contrast\": -0.25", "\"contrast\": \"lots\"")
         << "Picture 1 in the list has an invalid tone: contrast lots is outside -1 … 1.";
+    QTest::newRow("unknown caption")
+        << edited("\"kind\": \"text\"", "\"kind\": \"poem\"")
+        << "Picture 1 in the list has an invalid caption: unknown kind \"poem\".";
+    QTest::newRow("unknown corner")
+        << edited("\"bottom-right\"", "\"top\"")
+        << "Picture 3 in the list has an invalid caption: unknown corner \"top\".";
+    QTest::newRow("caption text not a text")
+        << edited("\"长城 2024\"", "17")
+        << "Picture 1 in the list has an invalid caption: unknown text \"17\".";
     QTest::newRow("no pictures") << edited("\"pictures\"", "\"picture\"")
                                  << "The list has no picture entries.";
 }

@@ -87,7 +87,8 @@ void TestVeloraPack::helpAndVersion()
     for (const char *option :
          {"--out <DIR>", "--key <KEY.json>", "--panel <PANEL>", "--landscape",
           "--fill <blur|white|black|crop>", "--tone <neutral|balanced|vivid|soft|monochrome>",
-          "--interval <MIN>", "--no-loop", "--list <LIST.json>"})
+          "--caption <none|date|name>", "--auto-frame", "--interval <MIN>", "--no-loop",
+          "--list <LIST.json>"})
         QVERIFY2(help.out.contains(option), option);
     QVERIFY(help.out.contains("Exit codes:\n  0  the package was written\n"));
     const Result version = pack({"--version"});
@@ -208,6 +209,8 @@ void TestVeloraPack::usageErrors_data()
                               << "Unknown fill mode: stretch (use blur, white, black or crop)";
     QTest::newRow("bad tone") << QStringList{"--out", "o", "--tone", "sepia", "."}
                               << "Unknown tone: sepia (use neutral, balanced, vivid, soft or monochrome)";
+    QTest::newRow("bad caption") << QStringList{"--out", "o", "--caption", "poem", "."}
+                                 << "Unknown caption: poem (use none, date or name)";
     QTest::newRow("bad interval") << QStringList{"--out", "o", "--interval", "2", "."}
                                   << "The interval must be 3 to 50000 minutes: 2";
     QTest::newRow("bad panel") << QStringList{"--out", "o", "--panel", "999", "."}
