@@ -24,6 +24,8 @@ constexpr double kSmallestFace = 0.06;
 // Each scale the cascade looks at is this much larger than the one before.
 constexpr double kScaleStep = 1.2;
 
+// The long side of the copy the saliency map is made from.
+constexpr int kSaliencySide = 160;
 // The saliency map's cells that count as the subject: those this near to the strongest.
 constexpr float kSalientShare = 0.6f;
 
@@ -73,10 +75,15 @@ QList<QRectF> facesIn(const cv::Mat &grey, cv::CascadeClassifier &faces)
 // picture has no region that stands out.
 QRectF salientIn(const cv::Mat &grey)
 {
+    // The residual is found at 64 x 64 whatever the input; a small copy keeps the map (which
+    // comes back at the input's size) and its smoothing cheap.
+    cv::Mat small;
+    const double factor = double(kSaliencySide) / std::max(grey.cols, grey.rows);
+    cv::resize(grey, small, cv::Size(), std::min(1.0, factor), std::min(1.0, factor), cv::INTER_AREA);
     cv::Ptr<cv::saliency::StaticSaliencySpectralResidual> saliency =
         cv::saliency::StaticSaliencySpectralResidual::create();
     cv::Mat map;
-    if (!saliency->computeSaliency(grey, map) || map.empty())
+    if (!saliency->computeSaliency(small, map) || map.empty())
         return QRectF();
     map.convertTo(map, CV_32F);
     cv::GaussianBlur(map, map, cv::Size(), std::max(1.0, map.cols / 40.0));
