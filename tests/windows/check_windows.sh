@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # The Windows-only code, checked on Linux: every file with a Windows branch must compile
 # for Windows with MinGW (warnings are errors), the WIC decoding core must decode and fail as
-# expected when run under wine, and the job object must end a child with its program. Exits 77 (skipped) when the tools are missing.
+# expected when run under wine, the job object must end a child with its program, and the
+# caption font must be looked for in the system's Fonts folder. Exits 77 (skipped) when the tools are missing.
 #
 # check_windows.sh SOURCE_DIR WORK_DIR FIXTURE_TOOL QT_INCLUDE_DIRS(|-separated)
 set -uo pipefail
@@ -36,6 +37,7 @@ windows_files=(
     src/app/MainWindowProcessor.cpp
     src/processor/ChildProcessGuard.cpp
     src/processor/JobObjectWin.cpp
+    src/preprocess/CaptionFontFilesWin.cpp
 )
 for file in "${windows_files[@]}"; do
     if ! "$cxx" -std=c++17 -fsyntax-only -Wall -Wextra -Werror -DVELORA_VERSION='"0"' -I "$src/src" "${isystem[@]}" "$src/$file" 2>"$work/syntax.log"; then
@@ -99,6 +101,25 @@ else
     cat "$work/job.txt"
     grep -qx "guarded ended" "$work/job.txt" || fail "a child in the job outlived the program that started it"
     grep -qx "unguarded outlived" "$work/job.txt" || fail "the probe cannot tell a guarded child from another"
+fi
+
+# d. The caption font's files, found in the system's Fonts folder, cross-compiled and run under
+# wine: Microsoft YaHei first.
+if ! "$cxx" -std=c++17 -O1 -Wall -Wextra -Werror -static -municode -I "$src/src" \
+        "$src/tests/windows/font_probe.cpp" "$src/src/preprocess/CaptionFontFilesWin.cpp" \
+        -o "$work/font_probe.exe" 2>"$work/font_link.log"; then
+    fail "the font probe does not build:"
+    head -20 "$work/font_link.log"
+else
+    timeout 120 wine "$work/font_probe.exe" > "$work/font.out" 2>"$work/font.err" </dev/null
+    status=$?
+    wineserver -k 2>/dev/null || true
+    [ "$status" -eq 0 ] || fail "the font probe exited with $status under wine"
+    tr -d '\r' < "$work/font.out" > "$work/font.txt"
+    cat "$work/font.txt"
+    head -1 "$work/font.txt" | grep -Eqi '^[a-z]:\\windows\\Fonts\\msyh\.ttc$' \
+        || fail "the caption font is not looked for as Microsoft YaHei in the Fonts folder"
+    [ "$(wc -l < "$work/font.txt")" -eq 4 ] || fail "expected four caption font files"
 fi
 
 if [ "$failures" -gt 0 ]; then
