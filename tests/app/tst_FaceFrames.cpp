@@ -253,10 +253,21 @@ void TestFaceFrames::aDateCaptionIsInItsCorner()
     QVERIFY(shareNot(frame, band, Qt::black) < 0.6);  // on black
     QCOMPARE(shareNot(frame, QRect(0, band.top(), band.left() - 40, band.height()), QColor(0, 0, 255)), 0.0);
 
-    // velora-pack writes the same caption.
+    // velora-pack writes the same caption, from its command line and from a saved list.
     QCOMPARE(pack({"--out", m_fixture->path("cli"), "--caption", "date", QDir(folder).filePath("dated.jpg")}),
              0);
     QCOMPARE(TestFiles::contents(m_fixture->path("cli/vl_play")), TestFiles::contents(packageDir()));
+    const QString list = m_fixture->path("lists/dated.json");
+    QVERIFY(QDir().mkpath(QFileInfo(list).absolutePath()));
+    QVERIFY(m_window->savePictureList(list));
+    QCOMPARE(pack({"--list", list, "--out", m_fixture->path("from-list")}), 0);
+    QCOMPARE(TestFiles::contents(m_fixture->path("from-list/vl_play")), TestFiles::contents(packageDir()));
+
+    // Another caption is another frame: the finished row is to be made again.
+    QCOMPARE(statusText(0), QStringLiteral("Done ✓"));
+    caption.corner = CaptionCorner::BottomLeft;
+    QCOMPARE(m_window->applyCaptionToCheckedRows(caption), 1);
+    QVERIFY(statusText(0) != QStringLiteral("Done ✓"));
 }
 
 QTEST_MAIN(TestFaceFrames)
