@@ -275,6 +275,9 @@ private:
     // still listed.
     void showFaceSearchProgress();
     void keepFaceSearchToRows();
+    // The state of the first checked row, which a batch dialog starts from, and how many rows
+    // are checked; with none checked, a box under title says so and nothing comes back.
+    std::optional<PreprocState> firstCheckedState(const QString &title, int *count);
     bool acceptDecodedImage(const PendingImage &image, const DecodedPicture &picture, QSet<QString> *seen);
     void appendImageRows(const QList<QPair<PendingImage, DecodedPicture>> &images);
     void fillImageRow(int row, const QString &absolute, const QString &baseDir,

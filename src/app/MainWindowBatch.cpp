@@ -122,30 +122,30 @@ int MainWindow::applyCaptionToCheckedRows(const CaptionSettings &caption)
 
 void MainWindow::onBatchCaption()
 {
-    const QList<int> rows = checkedRows();
-    if (rows.isEmpty()) {
-        QMessageBox::information(this, Str::batchCaptionTitle(), Str::selectImagesForBatch());
-        return;
-    }
-    // The dialog starts from the first checked picture's caption.
-    const PreprocWidget *first = preprocWidgetAt(rows.first());
-    if (const std::optional<CaptionSettings> caption =
-            CaptionDialog::ask(first ? first->state().caption : CaptionSettings(), int(rows.size()), this))
-        applyCaptionToCheckedRows(*caption);
+    int count = 0;
+    if (const std::optional<PreprocState> first = firstCheckedState(Str::batchCaptionTitle(), &count))
+        if (const std::optional<CaptionSettings> caption = CaptionDialog::ask(first->caption, count, this))
+            applyCaptionToCheckedRows(*caption);
 }
 
 void MainWindow::onBatchTone()
 {
+    int count = 0;
+    if (const std::optional<PreprocState> first = firstCheckedState(Str::batchToneTitle(), &count))
+        if (const std::optional<ToneSettings> tone = ToneDialog::ask(first->tone, count, this))
+            applyToneToCheckedRows(*tone);
+}
+
+std::optional<PreprocState> MainWindow::firstCheckedState(const QString &title, int *count)
+{
     const QList<int> rows = checkedRows();
+    *count = int(rows.size());
     if (rows.isEmpty()) {
-        QMessageBox::information(this, Str::batchToneTitle(), Str::selectImagesForBatch());
-        return;
+        QMessageBox::information(this, title, Str::selectImagesForBatch());
+        return std::nullopt;
     }
-    // The dialog starts from the first checked picture's tone.
     const PreprocWidget *first = preprocWidgetAt(rows.first());
-    if (const std::optional<ToneSettings> tone =
-            ToneDialog::ask(first ? first->state().tone : ToneSettings(), int(rows.size()), this))
-        applyToneToCheckedRows(*tone);
+    return first ? first->state() : PreprocState{defaultFillMode(), 0};
 }
 
 void MainWindow::onBatchFillMode(FillMode mode) { applyFillToCheckedRows(mode); }

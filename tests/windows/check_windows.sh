@@ -86,40 +86,36 @@ grep -q '^[1-6] colour' "$work/probe.txt" && fail "an untagged picture reported 
 grep -Eq '^2 ok 8 6 2(4[5-9]|5[0-5]) 2(4[5-9]|5[0-5]) 2(4[5-9]|5[0-5]) 255$' "$work/probe.txt" \
     || fail "the JPEG did not decode to 8x6 near-white opaque pixels"
 
-# c. The job object that ends the processor with the program, cross-compiled and run under wine.
-if ! "$cxx" -std=c++17 -O1 -Wall -Wextra -Werror -static -municode -I "$src/src" \
-        "$src/tests/windows/job_probe.cpp" "$src/src/processor/JobObjectWin.cpp" \
-        -o "$work/job_probe.exe" 2>"$work/job_link.log"; then
-    fail "the job probe does not build:"
-    head -20 "$work/job_link.log"
-else
-    timeout 120 wine "$work/job_probe.exe" > "$work/job.out" 2>"$work/job.err" </dev/null
-    status=$?
+# A probe (its sources after its name) cross-compiled and run under wine; what it printed, without
+# carriage returns, in $work/NAME.txt. False when it does not build or does not exit with 0.
+run_probe() {
+    local name="$1"
+    shift
+    if ! "$cxx" -std=c++17 -O1 -Wall -Wextra -Werror -static -municode -I "$src/src" "$@" \
+            -o "$work/$name.exe" 2>"$work/${name}_link.log"; then
+        fail "the $name does not build:"
+        head -20 "$work/${name}_link.log"
+        return 1
+    fi
+    timeout 120 wine "$work/$name.exe" > "$work/$name.out" 2>"$work/$name.err" </dev/null
+    local status=$?
     wineserver -k 2>/dev/null || true
-    [ "$status" -eq 0 ] || fail "the job probe exited with $status under wine"
-    tr -d '\r' < "$work/job.out" > "$work/job.txt"
-    cat "$work/job.txt"
-    grep -qx "guarded ended" "$work/job.txt" || fail "a child in the job outlived the program that started it"
-    grep -qx "unguarded outlived" "$work/job.txt" || fail "the probe cannot tell a guarded child from another"
+    tr -d '\r' < "$work/$name.out" > "$work/$name.txt"
+    cat "$work/$name.txt"
+    [ "$status" -eq 0 ] || { fail "the $name exited with $status under wine"; return 1; }
+}
+
+# c. The job object that ends the processor with the program.
+if run_probe job_probe "$src/tests/windows/job_probe.cpp" "$src/src/processor/JobObjectWin.cpp"; then
+    grep -qx "guarded ended" "$work/job_probe.txt" || fail "a child in the job outlived the program that started it"
+    grep -qx "unguarded outlived" "$work/job_probe.txt" || fail "the probe cannot tell a guarded child from another"
 fi
 
-# d. The caption font's files, found in the system's Fonts folder, cross-compiled and run under
-# wine: Microsoft YaHei first.
-if ! "$cxx" -std=c++17 -O1 -Wall -Wextra -Werror -static -municode -I "$src/src" \
-        "$src/tests/windows/font_probe.cpp" "$src/src/preprocess/CaptionFontFilesWin.cpp" \
-        -o "$work/font_probe.exe" 2>"$work/font_link.log"; then
-    fail "the font probe does not build:"
-    head -20 "$work/font_link.log"
-else
-    timeout 120 wine "$work/font_probe.exe" > "$work/font.out" 2>"$work/font.err" </dev/null
-    status=$?
-    wineserver -k 2>/dev/null || true
-    [ "$status" -eq 0 ] || fail "the font probe exited with $status under wine"
-    tr -d '\r' < "$work/font.out" > "$work/font.txt"
-    cat "$work/font.txt"
-    head -1 "$work/font.txt" | grep -Eqi '^[a-z]:\\windows\\Fonts\\msyh\.ttc$' \
+# d. The caption font's files, in the system's Fonts folder: Microsoft YaHei first.
+if run_probe font_probe "$src/tests/windows/font_probe.cpp" "$src/src/preprocess/CaptionFontFilesWin.cpp"; then
+    head -1 "$work/font_probe.txt" | grep -Eqi '^[a-z]:\\windows\\Fonts\\msyh\.ttc$' \
         || fail "the caption font is not looked for as Microsoft YaHei in the Fonts folder"
-    [ "$(wc -l < "$work/font.txt")" -eq 4 ] || fail "expected four caption font files"
+    [ "$(wc -l < "$work/font_probe.txt")" -eq 4 ] || fail "expected four caption font files"
 fi
 
 if [ "$failures" -gt 0 ]; then
