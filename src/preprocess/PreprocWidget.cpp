@@ -299,7 +299,9 @@ void PreprocWidget::frameAroundSubjects(const PictureSubjects &subjects, bool re
     const PreprocState before = m_state;
     m_subjects = subjects;
     m_followsSubjects = true;
-    finishChange(refresh && m_state != before);
+    followSubjects();
+    const bool changed = m_state != before;
+    finishChange(refresh && changed);
 }
 
 void PreprocWidget::applyState(const PreprocState &state) { commitState(state, true); }

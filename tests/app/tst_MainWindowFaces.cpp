@@ -7,6 +7,7 @@
 #include "preprocess/ImagePreviewDialog.h"
 #include "preprocess/PreprocControlPanel.h"
 #include "preprocess/PreprocWidget.h"
+#include "preprocess/PreviewRenderer.h"
 
 #include "ModalAnswerer.h"
 #include "TestFiles.h"
@@ -177,6 +178,9 @@ void TestMainWindowFaces::autoFrameLooksForTheFacesItDoesNotKnow()
     check({0, 1});
     m_window->applyFillToCheckedRows(FillMode::CenterCrop);
     QVERIFY(!rowWidget(0)->subjects());
+    PreviewRenderer *thumbnails = m_window->findChild<PreviewRenderer *>();
+    QTRY_VERIFY(thumbnails->isIdle()); // the centre-cropped thumbnails are drawn
+    const QImage centred = rowWidget(1)->previewLabel()->pixmap().toImage();
     QPushButton *button = withText<QPushButton>(*m_window, QStringLiteral("Auto-frame"));
     QVERIFY(button);
     QTest::mouseClick(button, Qt::LeftButton);
@@ -188,6 +192,7 @@ void TestMainWindowFaces::autoFrameLooksForTheFacesItDoesNotKnow()
         QVERIFY2(rowWidget(row)->state().focusX > 0.75,
                  qPrintable(QString::number(rowWidget(row)->state().focusX)));
     QTRY_COMPARE(button->text(), QStringLiteral("Auto-frame"));
+    QTRY_VERIFY(rowWidget(1)->previewLabel()->pixmap().toImage() != centred); // drawn again
     QVERIFY(logText().contains(QStringLiteral("2 picture(s) framed around their faces")));
     // Known now: a second Auto-frame frames at once; Reset by hand goes back to the centre.
     rowWidget(0)->commitState({FillMode::CenterCrop, 0}, true);
