@@ -5,6 +5,7 @@
 #include "images/DecodeQueue.h"
 #include "images/FaceSearch.h"
 #include "images/ImageLoader.h"
+#include "preprocess/Caption.h"
 #include "preprocess/PreviewRenderer.h"
 #include "run/RenderAheadQueue.h"
 #include "run/ScratchFolders.h"
@@ -35,6 +36,7 @@ MainWindow::MainWindow(QWidget *parent)
 {
     connect(m_renderAhead, &RenderAheadQueue::ready, this, &MainWindow::onRenderReady);
     ImageLoader::pruneHeicCache(ImageLoader::kHeicCacheLimitBytes);
+    (void)Caption::font(Caption::kMinPixels); // the caption font is loaded here, before a worker draws
     setupMenuBar();
     setupUI();
     loadProcessorConfig();
