@@ -273,6 +273,14 @@ void TestMainWindowFaces::thePreviewShowsTheFaces()
         dialog->controlPanel()->fillButton(FillMode::CenterCrop)->click();
         dialog->resetFramingButton()->click();
         QVERIFY(dialog->infoLabel()->text().contains(QStringLiteral("The crop cuts a face")));
+        // A caption typed in: its letters are text, not the dialog's shortcuts (E, Z, \).
+        CaptionControls *captions = dialog->captionControls();
+        captions->kindBox()->setCurrentIndex(captions->kindBox()->findText(QStringLiteral("Your own text")));
+        QTest::keyClicks(captions->textEdit(), QStringLiteral("Zoe Eve\\"));
+        QCOMPARE(dialog->workingState().caption.shown, QStringLiteral("Zoe Eve\\"));
+        QVERIFY(!dialog->epaperCheckBox()->isChecked());
+        QVERIFY(!dialog->actualPixelsButton()->isChecked());
+        QVERIFY(!dialog->beforeButton()->isChecked());
     });
     QTest::mouseClick(rowWidget(0)->previewLabel(), Qt::LeftButton);
     QVERIFY(looked);
