@@ -23,7 +23,6 @@
 #include <QPainter>
 #include <QProcess>
 #include <QPushButton>
-#include <QScopeGuard>
 #include <QTest>
 
 namespace {
@@ -98,11 +97,7 @@ void frameFacesInDialog(QWidget *widget)
     auto *dialog = qobject_cast<ImagePreviewDialog *>(widget);
     if (!dialog)
         return;
-    // A failure below leaves no dialog open to wait for.
-    const auto closing = qScopeGuard([dialog] {
-        if (dialog->isVisible())
-            dialog->reject();
-    });
+    const auto closing = ModalAnswerer::closingGuard(dialog);
     QTRY_VERIFY(dialog->frameFacesButton()->isEnabled());
     QTest::mouseClick(dialog->frameFacesButton(), Qt::LeftButton);
     QTest::mouseClick(withText<QPushButton>(*dialog, QStringLiteral("OK")), Qt::LeftButton);

@@ -22,7 +22,6 @@
 #include <QPainter>
 #include <QPlainTextEdit>
 #include <QPushButton>
-#include <QScopeGuard>
 #include <QTest>
 #include <QTimer>
 
@@ -250,10 +249,7 @@ void TestMainWindowFaces::thePreviewShowsTheFaces()
         auto *dialog = qobject_cast<ImagePreviewDialog *>(widget);
         if (!dialog)
             return;
-        const auto closing = qScopeGuard([dialog] {
-            if (dialog->isVisible())
-                dialog->reject();
-        }); // a failure leaves it open
+        const auto closing = ModalAnswerer::closingGuard(dialog);
         looked = true;
         // The row's faces come with it: nothing to look for.
         QCOMPARE(dialog->facesLabel()->text(), QStringLiteral("1 face found"));

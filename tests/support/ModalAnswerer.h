@@ -1,9 +1,11 @@
 #pragma once
 
+#include <QDialog>
 #include <QList>
 #include <QMessageBox>
 #include <QObject>
 #include <QPointer>
+#include <QScopeGuard>
 #include <QString>
 #include <QTimer>
 
@@ -52,6 +54,16 @@ public:
     // (a name, several quoted names, or nothing for a folder) and accepts. False for any
     // other dialog.
     static bool chooseInFileDialog(QWidget *dialog, const QString &directory, const QString &names);
+
+    // Rejects the dialog as it goes (unless it is closed already): a handler that fails half-way
+    // through leaves no dialog open to wait for.
+    static auto closingGuard(QDialog *dialog)
+    {
+        return qScopeGuard([dialog] {
+            if (dialog->isVisible())
+                dialog->reject();
+        });
+    }
 
     // The plain text of a rich-text message box body, for assertions on its words.
     static QString plainText(const QString &richText);
