@@ -73,6 +73,7 @@ private Q_SLOTS:
     void clearDuringAnAdding();
     void removeDuringAnAdding();
     void windowDestroyedDuringAnAdding();
+    void theNextRowsAreRenderedWhileTheProcessorWorks();
     void stopDropsTheRendersAhead();
     void windowDestroyedWithRendersAhead();
     void aRowChangedAfterItsRenderAheadIsRenderedAgain();
@@ -256,6 +257,30 @@ void TestMainWindowBackground::windowDestroyedDuringAnAdding()
     QVERIFY(!m_window);
     QTest::qWait(200);
     QVERIFY(!QFileInfo::exists(render));
+}
+
+void TestMainWindowBackground::theNextRowsAreRenderedWhileTheProcessorWorks()
+{
+    startASlowRunOfPhotos();
+    QTRY_VERIFY(
+        logLines(*m_window).contains(QStringLiteral("  | tarn-sim: quantising 1200x1600 for panel 133")));
+    // While the processor works on the first row, the next two rows' pictures are made, and the
+    // last one's is not yet.
+    const auto rendered = [this] {
+        QStringList names;
+        for (const QString &file : filesBelow(m_window->renderDir()))
+            names << QFileInfo(file).fileName();
+        names.sort();
+        return names;
+    };
+    const auto processorsStarted = [this] {
+        return logLines(*m_window).filter(QStringLiteral("  $ TARN-lite")).size();
+    };
+    QTRY_VERIFY(rendered().contains(QStringLiteral("photo_2_preproc.jpg")) || processorsStarted() > 1);
+    QCOMPARE(processorsStarted(), 1); // still the first row's processor
+    QCOMPARE(rendered(), QStringList({"photo_0_preproc.jpg", "photo_1_preproc.jpg", "photo_2_preproc.jpg"}));
+    m_window->onStopProcess();
+    QTRY_COMPARE(statusText(0), QStringLiteral("Pending"));
 }
 
 void TestMainWindowBackground::stopDropsTheRendersAhead()
