@@ -10,6 +10,10 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#ifdef Q_OS_UNIX
+#include <sys/resource.h>
+#endif
+
 namespace {
 
 struct Run {
@@ -70,6 +74,7 @@ private Q_SLOTS:
     void forcedExitWritesNothing();
     void crashIsACrashExit();
     void sleepDelaysTheEnd();
+    void busyWorksOnTheCpu();
     void badUtf8OnStderr();
     void quantisesToSixColoursAndDecodes();
     void decodeRejectsMalformedFrames();
@@ -288,6 +293,27 @@ void TestTarnSim::sleepDelaysTheEnd()
     const Run run = runSim({picture("s.png", {8, 8}), m_dir.filePath("s.bin")}, {"TARN_SIM_SLEEP_MS=400"});
     QCOMPARE(run.code, 0);
     QVERIFY(timer.elapsed() >= 400);
+}
+
+void TestTarnSim::busyWorksOnTheCpu()
+{
+#ifdef Q_OS_UNIX
+    rusage before{};
+    getrusage(RUSAGE_CHILDREN, &before);
+#endif
+    QElapsedTimer timer;
+    timer.start();
+    const Run run = runSim({picture("b.png", {8, 8}), m_dir.filePath("b.bin")}, {"TARN_SIM_BUSY_MS=400"});
+    QCOMPARE(run.code, 0);
+    QVERIFY(timer.elapsed() >= 400);
+#ifdef Q_OS_UNIX
+    rusage after{};
+    getrusage(RUSAGE_CHILDREN, &after);
+    const double cpuMs = (after.ru_utime.tv_sec - before.ru_utime.tv_sec) * 1000.0 +
+                         (after.ru_utime.tv_usec - before.ru_utime.tv_usec) / 1000.0;
+    QVERIFY2(cpuMs >= 300, qPrintable(QString::number(cpuMs))); // the time went on the CPU, not asleep
+#endif
+    QVERIFY(runSim({"--help"}).out.contains("TARN_SIM_BUSY_MS=N"));
 }
 
 void TestTarnSim::badUtf8OnStderr()

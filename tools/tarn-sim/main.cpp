@@ -51,7 +51,8 @@ const char kUsageText[] =
     "(black, white, yellow, red, blue, green) at 4 bits a pixel, rows padded to whole bytes.\n"
     "\n"
     "Fault injection (environment): TARN_SIM_EXIT=N, TARN_SIM_CRASH=1, TARN_SIM_SLEEP_MS=N,\n"
-    "TARN_SIM_HANG=1, TARN_SIM_HELP_EXIT=N, TARN_SIM_BAD_UTF8=1.\n";
+    "TARN_SIM_BUSY_MS=N (busy on the CPU for N ms), TARN_SIM_HANG=1, TARN_SIM_HELP_EXIT=N,\n"
+    "TARN_SIM_BAD_UTF8=1.\n";
 
 void out(const QString &line)
 {
@@ -71,6 +72,18 @@ int fail(int code, const QString &message)
 bool envFlag(const char *name) { return qEnvironmentVariableIntValue(name) == 1; }
 
 // The integer value of a set variable, or -1 when it is unset or not a number.
+// Works on the CPU for ms milliseconds, as a processor that computes does.
+void keepBusy(int ms)
+{
+    QElapsedTimer busy;
+    busy.start();
+    volatile quint64 sum = 0;
+    while (busy.elapsed() < ms) {
+        for (quint64 i = 0; i < 100000; ++i)
+            sum = sum + i * i;
+    }
+}
+
 int envInt(const char *name)
 {
     bool ok = false;
@@ -173,6 +186,9 @@ int runProcess(const QStringList &args)
     const int sleepMs = envInt("TARN_SIM_SLEEP_MS");
     if (sleepMs > 0)
         QThread::msleep(static_cast<unsigned long>(sleepMs));
+    const int busyMs = envInt("TARN_SIM_BUSY_MS");
+    if (busyMs > 0)
+        keepBusy(busyMs);
     if (envFlag("TARN_SIM_CRASH")) {
         out(QStringLiteral("tarn-sim: crashing on purpose (TARN_SIM_CRASH)"));
         std::abort();
