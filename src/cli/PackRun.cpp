@@ -78,7 +78,7 @@ PreprocState PackRun::preparedState(const PictureList::Picture &picture, const Q
     state.caption = Caption::resolved(state.caption, picture.path, DateTaken::read(picture.path));
     if (!m_options.autoFrame)
         return state;
-    const PictureSubjects subjects = FaceDetector::detect(ImageLoader::load(input, FaceDetector::kMaxSide));
+    const PictureSubjects subjects = FaceDetector::detectFile(input);
     if (!subjects.detected)
         return state;
     return AutoFrame::frame(state, ImageLoader::pictureSize(input), subjects, m_panel, m_options.landscape)

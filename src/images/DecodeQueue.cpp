@@ -43,7 +43,7 @@ DecodedPicture DecodeQueue::decode(const Job &job)
     if (job.work == Work::Nothing)
         return picture;
     if (job.work == Work::FacesOnly) {
-        picture.subjects = FaceDetector::detect(ImageLoader::load(job.path, FaceDetector::kMaxSide));
+        picture.subjects = FaceDetector::detectFile(job.path);
         return picture;
     }
     if (job.work == Work::Decode)

@@ -1,5 +1,7 @@
 #include "images/FaceDetector.h"
 
+#include "images/ImageLoader.h"
+
 #include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
@@ -148,5 +150,7 @@ PictureSubjects detect(const QImage &image)
     }
     return subjects;
 }
+
+PictureSubjects detectFile(const QString &path) { return detect(ImageLoader::load(path, kMaxSide)); }
 
 } // namespace FaceDetector

@@ -25,6 +25,8 @@ namespace FaceDetector {
 constexpr int kMaxSide = 800;
 
 PictureSubjects detect(const QImage &image);
+// The same for a picture file, decoded (ImageLoader) no larger than kMaxSide.
+PictureSubjects detectFile(const QString &path);
 
 // The cascade file detection uses; empty when none is installed.
 QString cascadePath();
