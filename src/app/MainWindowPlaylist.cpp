@@ -1,5 +1,6 @@
 // The package settings: slideshow interval, save location, and opening the package folder.
 #include "app/MainWindow.h"
+#include "ui/RowStatusCell.h"
 
 #include "images/ImageTableWidget.h"
 #include "playlist/CardCopyDialog.h"

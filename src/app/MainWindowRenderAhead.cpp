@@ -2,6 +2,7 @@
 // pictures are rendered on worker threads (RenderAheadQueue), and a row starts as soon as its
 // picture is there.
 #include "app/MainWindow.h"
+#include "ui/RowStatusCell.h"
 
 #include "images/ImageTableWidget.h"
 #include "preprocess/PreprocWidget.h"

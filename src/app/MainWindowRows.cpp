@@ -1,6 +1,7 @@
 // Row identity: each row's id, the output the processor made for it, and the stamp of what
 // that output (or its failure) was made from. A row whose input changes is Pending again.
 #include "app/MainWindow.h"
+#include "ui/RowStatusCell.h"
 
 #include "images/ImageTableWidget.h"
 #include "preprocess/PreprocWidget.h"

@@ -2,6 +2,7 @@
 // streamed into the log and its end turned into the row's status; then the package of all
 // Done rows.
 #include "app/MainWindow.h"
+#include "ui/RowStatusCell.h"
 
 #include "images/ImageLoader.h"
 #include "images/ImageTableWidget.h"

@@ -1,5 +1,6 @@
 // The image table: row order, selection, removal, row statuses and per-row temporary files.
 #include "app/MainWindow.h"
+#include "ui/RowStatusCell.h"
 
 #include "images/DecodeQueue.h"
 #include "images/FaceSearch.h"

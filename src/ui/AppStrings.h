@@ -1,12 +1,12 @@
 #pragma once
 
-#include <QColor>
+#include "run/RowStatus.h"
+
 #include <QString>
 #include <QStringList>
 
 #include <QtGlobal>
 
-class QTableWidgetItem;
 enum class FillMode : qint32;
 enum class TonePreset : qint32;
 enum class CaptionKind : qint32;
@@ -492,24 +492,8 @@ QString packNoOutput();
 QString packNoPictures();
 QString packProgressLine(int number, int total, const QString &path, const QString &status);
 
-// --- Row status: stored on a row's status cell with its text and colours ---
-enum class RowStatus {
-    Pending = 0,
-    Processing = 1,
-    Done = 2,
-    Failed = 3,
-    StartFailed = 4,
-    Cancelled = 5,
-    Crashed = 6,
-    ExitCodeFailed = 7,
-};
-
-int rowStatusUserRole();
+// --- Row status ---
+using RowStatus = ::RowStatus;
 QString rowStatusText(RowStatus status, int exitCode = 0);
-QColor rowStatusColor(RowStatus status);
-QColor rowStatusTextColor(RowStatus status);
-int rowStatusFromItem(const QTableWidgetItem *item);
-bool rowStatusIsPending(const QTableWidgetItem *item);
-void applyRowStatus(QTableWidgetItem *item, RowStatus status, int exitCode = 0);
 
 } // namespace Str

@@ -2,6 +2,7 @@
 #include "app/MainWindow.h"
 #include "images/ImageTableWidget.h"
 #include "preprocess/PreprocWidget.h"
+#include "ui/RowStatusCell.h"
 #include "ui/UiLanguage.h"
 
 #include "DialogSpy.h"

@@ -4,6 +4,7 @@
 #include "images/ImageTableWidget.h"
 #include "preprocess/PreprocControlPanel.h"
 #include "preprocess/PreprocWidget.h"
+#include "ui/RowStatusCell.h"
 #include "ui/UiLanguage.h"
 
 #include "DialogSpy.h"

@@ -1,5 +1,6 @@
 // The row status of Str: texts, colours in both schemes, and its storage on a status cell.
 #include "ui/AppStrings.h"
+#include "ui/RowStatusCell.h"
 #include "ui/UiLanguage.h"
 
 #include <QApplication>
