@@ -11,6 +11,7 @@
 #include "BenchPhotos.h"
 #include "images/ImageLoader.h"
 #include "preprocess/ImagePreprocess.h"
+#include "run/ExportRender.h"
 #include "run/RenderAheadQueue.h"
 #include "ui/UiLanguage.h"
 
@@ -64,7 +65,7 @@ void compareProfiles(int rounds, const QStringList &untagged, const QStringList 
             .save(out, "JPEG", 92);
     };
     const auto runRender = [&out](const QString &file) {
-        RenderAheadQueue::render({file, {FillMode::BlurFill, 0}, kPanel, false, QString()}, out);
+        ExportRender::write({file, {FillMode::BlurFill, 0}, kPanel, false, QString()}, out);
     };
     const auto twins = [&](const char *what, const std::function<void(const QString &)> &work) {
         const double plain = medianMsPerPhoto(rounds, untagged, work);

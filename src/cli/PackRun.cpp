@@ -7,8 +7,8 @@
 #include "playlist/PlaylistExporter.h"
 #include "preprocess/AutoFrame.h"
 #include "preprocess/Caption.h"
+#include "run/ExportRender.h"
 #include "run/ProcessorCommand.h"
-#include "run/RenderAheadQueue.h"
 #include "ui/AppStrings.h"
 
 #include <QDir>
@@ -102,7 +102,7 @@ QString PackRun::processPicture(int index, const PictureList::Picture &picture)
                                     QFileInfo(picture.path).completeBaseName() +
                                         QStringLiteral("_preproc.jpg")};
         const QString rendered =
-            RenderAheadQueue::render(request, QDir(folder).filePath(request.fileName), &renderProblem);
+            ExportRender::write(request, QDir(folder).filePath(request.fileName), &renderProblem);
         if (!rendered.isEmpty())
             input = QDir::fromNativeSeparators(rendered);
         else if (m_options.verbose)

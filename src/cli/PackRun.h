@@ -8,7 +8,7 @@
 #include <QTextStream>
 
 // One run of velora-pack: each picture rendered and processed exactly as the window's run
-// does it (RenderAheadQueue::render, ProcessorCommand), one progress line per picture on out,
+// does it (ExportRender, ProcessorCommand), one progress line per picture on out,
 // then the package of the pictures that were made, written by the same exporter, and a
 // summary on err. run() gives velora-pack's exit code.
 class PackRun

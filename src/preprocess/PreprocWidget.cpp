@@ -9,6 +9,7 @@
 #include "preprocess/PreprocControlPanel.h"
 #include "preprocess/PreviewRenderer.h"
 #include "preprocess/Tone.h"
+#include "run/ExportRender.h"
 #include "ui/AppStrings.h"
 
 #include <QDir>
@@ -387,14 +388,7 @@ QString PreprocWidget::applyPreprocessing(const QString &outputDir) const
 {
     if (m_state.fillMode == FillMode::Direct)
         return QString();
-    const QImage full = ImageLoader::load(m_sourcePath, 0);
-    if (full.isNull())
-        return QString();
-    const QImage exported = renderPreprocExport(full, m_state, m_panelResolution, m_landscape);
-    if (exported.isNull())
-        return QString();
-    QDir().mkpath(outputDir);
-    const QString path =
-        QDir(outputDir).filePath(QFileInfo(m_sourcePath).completeBaseName() + QStringLiteral("_preproc.jpg"));
-    return ImageLoader::writeJpeg(exported, path) ? path : QString();
+    const RenderRequest request{m_sourcePath, m_state, m_panelResolution, m_landscape,
+                                QFileInfo(m_sourcePath).completeBaseName() + QStringLiteral("_preproc.jpg")};
+    return ExportRender::write(request, QDir(outputDir).filePath(request.fileName));
 }

@@ -1,13 +1,11 @@
 #include "run/RenderAheadQueue.h"
 
 #include "images/ImageLoader.h"
-#include "preprocess/Framing.h"
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QThread>
-#include <QtMath>
 
 namespace {
 constexpr int kRenderThreads = 2; // the rows after the one being processed
@@ -29,36 +27,6 @@ RenderAheadQueue::~RenderAheadQueue()
         QDir(it.value()).removeRecursively();
 }
 
-QImage RenderAheadQueue::renderImage(const RenderRequest &request, ColourProfile::Problem *colourProblem)
-{
-    if (colourProblem)
-        *colourProblem = ColourProfile::Problem::None;
-    if (request.state.fillMode == FillMode::Direct)
-        return QImage();
-    // The box is in the picture's own orientation, before its rotation.
-    QSize box = effectiveFrameResolution(request.panel, request.landscape);
-    if (request.state.rotationDegrees % 180 != 0)
-        box.transpose();
-    // A zoomed picture shows a part of itself at the frame's size: the whole is needed larger.
-    const double zoom = Framing::clamped(request.state).zoom;
-    box = QSize(qCeil(box.width() * zoom), qCeil(box.height() * zoom));
-    const Qt::AspectRatioMode mode =
-        request.state.fillMode == FillMode::CenterCrop ? Qt::KeepAspectRatioByExpanding : Qt::KeepAspectRatio;
-    const QImage source = ImageLoader::loadCovering(request.source, box, mode, colourProblem);
-    return source.isNull() ? QImage()
-                           : renderPreprocExport(source, request.state, request.panel, request.landscape);
-}
-
-QString RenderAheadQueue::render(const RenderRequest &request, const QString &path,
-                                 ColourProfile::Problem *colourProblem)
-{
-    const QImage exported = renderImage(request, colourProblem);
-    if (exported.isNull())
-        return QString();
-    QDir().mkpath(QFileInfo(path).absolutePath());
-    return ImageLoader::writeJpeg(exported, path) ? path : QString();
-}
-
 void RenderAheadQueue::request(quint64 rowId, const QByteArray &stamp, const RenderRequest &request)
 {
     const auto existing = m_renders.constFind(rowId);
@@ -70,7 +38,7 @@ void RenderAheadQueue::request(quint64 rowId, const QByteArray &stamp, const Ren
     const QString path =
         QDir(m_outputDir).filePath(QString::number(ticket) + QLatin1Char('/') + request.fileName);
     m_pool.start([this, rowId, ticket, request, path] {
-        const QString file = render(request, path);
+        const QString file = ExportRender::write(request, path);
         // This queue outlives the render (its destructor waits for the pool).
         QMetaObject::invokeMethod(
             this, [this, rowId, ticket, file] { finish(rowId, ticket, file); }, Qt::QueuedConnection);

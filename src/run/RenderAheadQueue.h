@@ -1,7 +1,6 @@
 #pragma once
 
-#include "images/ColourProfile.h"
-#include "preprocess/ImagePreprocess.h"
+#include "run/ExportRender.h"
 
 #include <QByteArray>
 #include <QHash>
@@ -11,15 +10,6 @@
 #include <QThreadPool>
 
 #include <optional>
-
-// What the export picture of one row is made from, and where it goes.
-struct RenderRequest {
-    QString source; // the picture file (for a HEIC/HEIF row, its converted copy)
-    PreprocState state;
-    QSize panel;
-    bool landscape = false;
-    QString fileName; // "<base name>_preproc.jpg"
-};
 
 // Renders the export pictures of a run's next rows on worker threads, so that the processor
 // does not wait for them: a render is asked for by row id, with the stamp of what it is made
@@ -41,15 +31,6 @@ public:
     std::optional<QString> take(quint64 rowId, const QByteArray &stamp);
     void discard(quint64 rowId);
     void clear();
-
-    // The export picture of one row, on any thread, from its picture decoded no larger than the
-    // composition needs (fitted into the frame for the fills, covering it for the crop);
-    // null when the picture cannot be read. render() writes it as the program's JPEGs are
-    // written (ImageLoader::writeJpeg) to path and gives path, or an empty text when that fails.
-    // A colour profile of the picture's that cannot be used is reported through colourProblem.
-    static QImage renderImage(const RenderRequest &request, ColourProfile::Problem *colourProblem = nullptr);
-    static QString render(const RenderRequest &request, const QString &path,
-                          ColourProfile::Problem *colourProblem = nullptr);
 
 Q_SIGNALS:
     void ready(quint64 rowId);

@@ -4,6 +4,7 @@
 #include "images/DecodeQueue.h"
 #include "images/HeifDecoder.h"
 #include "images/ImageLoader.h"
+#include "run/ExportRender.h"
 #include "run/RenderAheadQueue.h"
 
 #include "ColourReference.h"
@@ -251,7 +252,7 @@ void TestImageLoaderColour::untaggedRenderIsUnchanged()
 {
     const QString file = TestFiles::savedPicture(path("render.png"), TestFiles::photoLikeImage(900, 700, 8));
     const RenderRequest request{file, {FillMode::BlurFill, 90}, QSize(1200, 1600), false, QString()};
-    QCOMPARE(RenderAheadQueue::renderImage(request),
+    QCOMPARE(ExportRender::image(request),
              renderPreprocExport(QImage(file), request.state, request.panel, request.landscape));
 }
 
@@ -260,9 +261,8 @@ void TestImageLoaderColour::processorJpegIsUntagged()
     const QString file = savedTagged(QStringLiteral("tagged_source.png"),
                                      ColourReference::iccProfile(ColourReference::displayP3()));
     const QString out = path("render/out.jpg");
-    QCOMPARE(
-        RenderAheadQueue::render({file, {FillMode::CenterCrop, 0}, QSize(1200, 1600), false, QString()}, out),
-        out);
+    QCOMPARE(ExportRender::write({file, {FillMode::CenterCrop, 0}, QSize(1200, 1600), false, QString()}, out),
+             out);
     QVERIFY(!QImageReader(out).read().colorSpace().isValid());
 }
 

@@ -1,6 +1,7 @@
 // The run's pictures rendered ahead: the same picture from a reduced decode as from a full
 // one, and renders handed over once, dropped with their files when they are not wanted.
 #include "images/ImageLoader.h"
+#include "run/ExportRender.h"
 #include "run/RenderAheadQueue.h"
 #include "ui/UiLanguage.h"
 
@@ -118,7 +119,7 @@ void TestRenderAheadQueue::reducedDecodeRendersTheSamePicture()
     QFETCH(QSize, panel);
     QFETCH(bool, landscape);
     const RenderRequest reduced{m_photo, {FillMode(mode), rotation}, panel, landscape, QString()};
-    const QImage fromReduced = RenderAheadQueue::renderImage(reduced);
+    const QImage fromReduced = ExportRender::image(reduced);
     const QImage fromFull = renderPreprocExport(m_full, reduced.state, panel, landscape);
     QCOMPARE(fromReduced.size(), panel);
     const double db = psnr(fromFull, fromReduced);
