@@ -7,7 +7,6 @@
 #include "images/ImageLoader.h"
 #include "preprocess/Caption.h"
 #include "preprocess/PreviewRenderer.h"
-#include "run/RenderAheadQueue.h"
 #include "run/ScratchFolders.h"
 
 #include <QCloseEvent>
@@ -32,9 +31,12 @@ MainWindow::MainWindow(QWidget *parent)
     : QMainWindow(parent)
     , m_scratch(std::make_unique<ScratchFolders>())
     , m_previewRenderer(new PreviewRenderer(this))
-    , m_renderAhead(new RenderAheadQueue(m_scratch->renderDir(), this))
 {
-    connect(m_renderAhead, &RenderAheadQueue::ready, this, &MainWindow::onRenderReady);
+    m_job = new PackageJob(m_scratch->stagingDir(), m_scratch->renderDir(), m_scratch->keyDir(), this);
+    connect(m_job, &PackageJob::statusChanged, this, &MainWindow::onJobStatusChanged);
+    connect(m_job, &PackageJob::logLine, this, &MainWindow::appendLog);
+    connect(m_job, &PackageJob::itemLogged, this, &MainWindow::onJobItemLogged);
+    connect(m_job, &PackageJob::runFinished, this, &MainWindow::finishRun);
     ImageLoader::pruneHeicCache(ImageLoader::kHeicCacheLimitBytes);
     (void)Caption::font(Caption::kMinPixels); // the caption font is loaded here, before a worker draws
     setupMenuBar();
@@ -51,17 +53,12 @@ MainWindow::~MainWindow()
     stopAdding();
     if (m_faceSearch)
         m_faceSearch->cancel(); // its decodes under way end with it, a child of this window
-    // A processor still running is killed; its end no longer reaches the run, which is over.
-    // Then this window's scratch folders go (ScratchFolders).
+    // The processors still running are killed; their ends no longer reach the run, which is
+    // over. Renders under way end (and their files go) before the scratch folders do.
     m_processing = false;
-    if (m_process && m_process->state() != QProcess::NotRunning) {
-        m_process->disconnect(this);
-        m_process->kill();
-        m_process->waitForFinished(2000);
-    }
-    // Renders under way end (and their files go) before the scratch folders do.
-    delete m_renderAhead;
-    m_renderAhead = nullptr;
+    m_job->disconnect(this);
+    delete m_job;
+    m_job = nullptr;
 }
 
 void MainWindow::setUiLanguage(UiLanguage::Lang /*lang*/) {}

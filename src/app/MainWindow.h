@@ -5,6 +5,7 @@
 #include "preprocess/ImagePreprocess.h"
 #include "processor/ProcessorConfig.h"
 #include "run/KeySnapshot.h"
+#include "run/PackageJob.h"
 #include "ui/AppStrings.h"
 #include "ui/UiLanguage.h"
 
@@ -25,7 +26,6 @@ class PreprocWidget;
 class PreviewRenderer;
 class ProcessorSelfTest;
 class QProgressDialog;
-class RenderAheadQueue;
 struct DecodedPicture;
 class QAction;
 class QCheckBox;
@@ -154,10 +154,9 @@ public:
     QString liteBinStagingDir() const;
     QString resolveOutputPathsForRow(int row) const;
     QStringList buildArgs(int row);
-    // The arguments, given the row's render (none: the row sends its picture as it is; an
-    // empty path: the render failed).
-    QStringList processorArgs(int row, const std::optional<QString> &rendered);
     bool validateSettings() const;
+    // How many processors a run keeps at work (the Step 3 setting; 1 by default).
+    int processorsAtOnce() const;
     void processNext();
     void showProcessingCompleteDialog();
 
@@ -196,9 +195,6 @@ public Q_SLOTS:
     void onStopProcess();
     void onGlobalStrategyChanged(int index);
     void onAnalysisModeToggled(bool checked);
-    void onProcessFinished(int exitCode, QProcess::ExitStatus status);
-    void onProcessReadyReadStdOut();
-    void onProcessReadyReadStdErr();
     void onBatchFillMode(FillMode mode);
     void onBatchRotateLeft();
     void onBatchRotateRight();
@@ -251,21 +247,23 @@ private:
     void loadSettings();
     void saveSettings();
     void finishRun();
-    int currentRunRow() const;
-    int nextPendingRow() const;
-    void renderAhead(int row);
-    bool requestRender(int row);
-    void startWhenRendered();
-    void startRow(int row, const std::optional<QString> &rendered);
-    void onRenderReady(quint64 rowId);
+    // The run engine's view of the table: the frame settings, each row as an item (its picture
+    // and state) and their order. The table is the engine's view in turn: statuses come back
+    // through onJobStatusChanged.
+    JobFrame jobFrame() const;
+    ProcessorSetup jobProcessor() const;
+    JobPicture jobPicture(int row) const;
+    void syncJob() const;
+    void syncJobItem(int row) const;
+    void syncJobOrder() const;
+    void onJobStatusChanged(quint64 id, RowStatus status, int exitCode);
+    void onJobItemLogged(quint64 id, int number);
     void runStartupSelfTest(const QString &dir);
     bool takeKeySnapshotForRun();
     bool checkSaveLocationForRun() const;
-    void waitForStoppedProcessor();
     QByteArray currentKeyFingerprint() const;
     void revalidateRows(const QByteArray &keyFingerprint);
     void discardOutput(int row);
-    void finishRow(int row, Str::RowStatus status, int exitCode = 0);
     QString keyArgumentPath() const;
     void onRowPreprocessingChanged(PreprocWidget *widget);
     bool collectPendingImages(const QStringList &paths, QProgressDialog *progress,
@@ -283,8 +281,6 @@ private:
     void fillImageRow(int row, const QString &absolute, const QString &baseDir,
                       const DecodedPicture &picture);
     static bool isReservedVariant(const QString &id);
-    static QString variantSettingsKey(const QString &id, const char *field);
-    void logProcessOutput(const QByteArray &bytes, bool standardError);
     void onPlaylistIntervalPartChanged();
     void swapRowContent(int a, int b);
     void setListEditingEnabled(bool enabled);
@@ -368,6 +364,8 @@ private:
     QLabel *m_unitHours = nullptr;
     QLabel *m_unitMinutes = nullptr;
     QCheckBox *m_loopCheck = nullptr;
+    QLabel *m_processorsLabel = nullptr;
+    QSpinBox *m_processorsSpin = nullptr;
     QLabel *m_saveLocationLabel = nullptr;
     QLineEdit *m_playlistDirEdit = nullptr;
     QPushButton *m_playlistDirBrowse = nullptr;
@@ -384,23 +382,16 @@ private:
     QPlainTextEdit *m_logView = nullptr;
 
     // Run state
-    QProcess *m_process = nullptr;
-    int m_currentRow = -1;
+    PackageJob *m_job = nullptr; // the run engine: the rows' items, statuses and outputs
     bool m_processing = false;
-    int m_successCount = 0;
     bool m_startupCheckDone = false;
     std::unique_ptr<ScratchFolders> m_scratch;
     PreviewRenderer *m_previewRenderer = nullptr; // the rows' framed thumbnails, on worker threads
     DecodeQueue *m_imageDecodes = nullptr;        // the decodes of an adding under way
     FaceSearch *m_faceSearch = nullptr;           // the faces Auto-frame looks for
     int m_faceSearchFramed = 0;                   // rows it framed so far
-    RenderAheadQueue *m_renderAhead = nullptr;    // the run's next pictures, on worker threads
-    bool m_waitingForRender = false;              // the current row waits for its picture
     ProcessorSelfTest *m_selfTest = nullptr;
     quint64 m_nextRowId = 1;
-    quint64 m_currentRowId = 0;          // the row the processor works on, wherever it moves
-    QByteArray m_currentRowStamp;        // what that row was rendered from
-    bool m_stopRequested = false;        // the processor was killed by Stop; its end is not a result
     std::optional<KeySnapshot> m_runKey; // the key of the last run, its frames and its package
     int m_packageFrames = 0;             // frames in the package the last export wrote
 };

@@ -38,8 +38,7 @@ QString MainWindow::liteBinStagingDir() const { return m_scratch->stagingDir(); 
 QString MainWindow::resolveOutputPathsForRow(int row) const
 {
     // Named by the row's id, not its position: the output stays the row's wherever it moves.
-    const QString name = QStringLiteral("out_%1.bin").arg(rowId(row), 6, 10, QLatin1Char('0'));
-    return QDir::fromNativeSeparators(QDir(liteBinStagingDir()).filePath(name));
+    return m_job->outputPath(rowId(row));
 }
 
 QString MainWindow::keyArgumentPath() const
@@ -90,43 +89,18 @@ bool MainWindow::checkSaveLocationForRun() const
 
 QStringList MainWindow::buildArgs(int row)
 {
-    // The picture is rendered here and now; a run has it rendered ahead instead (processorArgs).
-    std::optional<QString> rendered;
-    PreprocWidget *widget = preprocWidgetAt(row);
-    if (widget && widget->state().fillMode != FillMode::Direct)
-        rendered = widget->applyPreprocessing(renderDir());
-    return processorArgs(row, rendered);
-}
-
-QStringList MainWindow::processorArgs(int row, const std::optional<QString> &rendered)
-{
-    QTableWidgetItem *file = m_imageTable->item(row, FileColumn);
-
-    QString input = file ? QDir::fromNativeSeparators(file->data(kSourcePathRole).toString()) : QString();
-    QString heicCache = file ? file->data(kHeicCacheRole).toString() : QString();
-    if (!heicCache.isEmpty() && !QFileInfo::exists(heicCache)) {
-        // The cache was pruned or cleared since the row was added: convert again.
-        heicCache = ImageLoader::resolveProcessorInputPath(file->data(kSourcePathRole).toString());
-        file->setData(kHeicCacheRole, heicCache);
-    }
-    if (!heicCache.isEmpty())
-        input = heicCache;
-    if (rendered) {
-        if (!rendered->isEmpty()) {
-            if (file)
-                file->setData(kTempPreprocRole, *rendered);
-            input = QDir::fromNativeSeparators(*rendered);
-        } else {
-            appendLog(Str::preprocFailedUseOriginal());
-        }
-    }
-    const QString panelType = m_panelTypeCombo ? m_panelTypeCombo->currentText().trimmed() : QString();
-    const VariantConfig variant = m_processorConfig.variantIds().contains(currentVariantId())
-                                      ? m_processorConfig.variant(currentVariantId())
-                                      : VariantConfig();
+    // The picture is rendered here and now, as a run renders it ahead (ExportRender).
+    syncJobItem(row);
+    m_job->setFrame(jobFrame());
+    m_job->setProcessor(jobProcessor());
+    const quint64 id = rowId(row);
+    const std::optional<QString> rendered = m_job->renderNow(id);
+    if (rendered && rendered->isEmpty())
+        appendLog(Str::preprocFailedUseOriginal());
+    else if (rendered)
+        m_imageTable->item(row, FileColumn)->setData(kTempPreprocRole, *rendered);
     const bool withKey = m_keyFileEdit && !currentKeyFilePath().isEmpty();
-    return ProcessorCommand::arguments(input, resolveOutputPathsForRow(row), panelType, variant,
-                                       withKey ? keyArgumentPath() : QString());
+    return m_job->arguments(id, rendered, withKey ? keyArgumentPath() : QString());
 }
 
 bool MainWindow::validateSettings() const

@@ -172,6 +172,9 @@ void MainWindow::retranslateUi()
     setTextIf(m_playlistHintLabel, Str::playlistHintLite());
     setTextIf(m_loopCheck, Str::loopPlayback());
     setToolTipIf(m_loopCheck, Str::loopPlaybackTip());
+    setTextIf(m_processorsLabel, Str::processorsAtOnce());
+    setToolTipIf(m_processorsLabel, Str::processorsAtOnceTip());
+    setToolTipIf(m_processorsSpin, Str::processorsAtOnceTip());
 
     setTextIf(m_addImagesButton, Str::addImages());
     setTextIf(m_addFolderButton, Str::addFolder());

@@ -179,7 +179,24 @@ QGroupBox *MainWindow::createStepCreatePlayback()
     m_loopCheck = new QCheckBox(Str::loopPlayback(), section);
     m_loopCheck->setToolTip(Str::loopPlaybackTip());
     m_loopCheck->setChecked(true);
-    m_playbackGrid->addWidget(m_loopCheck, 2, 0, 1, 3);
+    m_playbackGrid->addWidget(m_loopCheck, 2, 0, 1, 2);
+
+    // Several processors at once, for a computer with several cores; one, as ever, by default.
+    auto *processorsRow = new QHBoxLayout;
+    m_processorsLabel = new QLabel(Str::processorsAtOnce(), section);
+    m_processorsSpin = new QSpinBox(section);
+    m_processorsSpin->setRange(1, PackageJob::maxProcessorsAtOnce());
+    for (QWidget *widget : std::initializer_list<QWidget *>{m_processorsLabel, m_processorsSpin})
+        widget->setToolTip(Str::processorsAtOnceTip());
+    processorsRow->addStretch(1);
+    processorsRow->addWidget(m_processorsLabel);
+    processorsRow->addWidget(m_processorsSpin);
+    m_playbackGrid->addLayout(processorsRow, 2, 2);
+    connect(m_processorsSpin, &QSpinBox::valueChanged, this, [this](int count) {
+        m_job->setProcessorsAtOnce(count);
+        if (m_processing)
+            m_job->startNext(); // more at once from now on
+    });
 
     m_saveLocationLabel = new QLabel(Str::saveLocation(), section);
     m_playlistDirEdit = new QLineEdit(section);

@@ -1,6 +1,5 @@
 // The package settings: slideshow interval, save location, and opening the package folder.
 #include "app/MainWindow.h"
-#include "ui/RowStatusCell.h"
 
 #include "images/ImageTableWidget.h"
 #include "playlist/CardCopyDialog.h"
@@ -125,16 +124,10 @@ bool MainWindow::buildPlaylistRequest(PlaylistExportRequest *request, QString *m
     // The frames are the Done rows' outputs, in table order; names stay contiguous, as rows
     // without output take no number.
     QStringList missing;
-    for (int row = 0; m_imageTable && row < m_imageTable->rowCount(); ++row) {
-        const QString output = resolveOutputPathsForRow(row);
-        const bool done =
-            Str::rowStatusFromItem(m_imageTable->item(row, StatusColumn)) == int(Str::RowStatus::Done);
-        if (done && QFileInfo::exists(output)) {
-            request->frameNames << PlaylistExporter::frameName(int(request->frameNames.size()));
-            request->sourcePaths << output;
-        } else if (const QTableWidgetItem *item = m_imageTable->item(row, FileColumn)) {
-            missing << item->text();
-        }
+    syncJob();
+    for (const QString &output : m_job->frames(&missing)) {
+        request->frameNames << PlaylistExporter::frameName(int(request->frameNames.size()));
+        request->sourcePaths << output;
     }
     const QString missingNames = missing.join(QLatin1Char('\n'));
     if (!request->frameNames.isEmpty()) {

@@ -3,6 +3,7 @@
 
 #include "processor/ProcessorManifest.h"
 #include "processor/ProcessorSelfTest.h"
+#include "processor/ProcessorSetup.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -16,19 +17,12 @@
 
 namespace {
 const QString kLiteVariantId = QStringLiteral("lite");
-const QStringList kDefaultLutNames = {QStringLiteral("lut_128_36_16_uni_260215.bin"),
-                                      QStringLiteral("lut_128_36_16_uni_251208.bin")};
 } // namespace
 
 bool MainWindow::isReservedVariant(const QString &id)
 {
     // "default" is never looked up in the configuration and never gets settings of its own.
     return id == QLatin1String("default");
-}
-
-QString MainWindow::variantSettingsKey(const QString &id, const char *field)
-{
-    return QStringLiteral("variant/%1/%2").arg(id, QLatin1String(field));
 }
 
 QString MainWindow::currentVariantId() const { return kLiteVariantId; }
@@ -48,39 +42,20 @@ void MainWindow::applyVariant(const QString &id)
     if (isReservedVariant(id) || !m_processorConfig.variantIds().contains(id))
         return; // the fields keep what they hold
     m_processorConfig.setActiveVariant(id);
-    const std::unique_ptr<QSettings> settings = appSettings();
-    const QString executable = QDir::toNativeSeparators(m_processorConfig.resolvedExecutable(id));
-    const QString workDir = QDir::toNativeSeparators(m_processorConfig.resolvedWorkDir(id));
-    // A path chosen by hand wins over the configuration; an empty one counts as none.
-    const auto saved = [&settings](const QString &key, const QString &fallback) {
-        const QString value = settings->value(key).toString();
-        return value.isEmpty() ? fallback : value;
-    };
+    // The configuration decides; a processor chosen by hand counts while it is there, as for
+    // velora-pack (ProcessorSetup).
+    const ProcessorSetup setup = ProcessorSetup::resolve(m_processorConfig, id, *appSettings());
     if (m_exeEdit)
-        m_exeEdit->setText(saved(variantSettingsKey(id, "exe"), executable));
+        m_exeEdit->setText(QDir::toNativeSeparators(setup.executable));
     if (m_workDirEdit)
-        m_workDirEdit->setText(saved(variantSettingsKey(id, "work_dir"), workDir));
-    const QString lut =
-        detectDefaultLut(m_processorConfig.resolvedDefaultLut(id), m_processorConfig.resolvedWorkDir(id));
-    if (!lut.isEmpty() && m_lutEdit)
-        m_lutEdit->setText(QDir::toNativeSeparators(lut));
+        m_workDirEdit->setText(QDir::toNativeSeparators(setup.workDir));
+    if (!setup.lut.isEmpty() && m_lutEdit)
+        m_lutEdit->setText(QDir::toNativeSeparators(setup.lut));
 }
 
 QString MainWindow::detectDefaultLut(const QString &configuredLut, const QString &workDir) const
 {
-    if (!configuredLut.isEmpty() && QFileInfo::exists(configuredLut))
-        return QFileInfo(configuredLut).absoluteFilePath();
-    if (workDir.isEmpty())
-        return QString();
-    // The first name wins wherever it is; within a name, test/ comes before the folder itself.
-    const QDir dir(workDir);
-    for (const QString &name : kDefaultLutNames) {
-        for (const QString &candidate : {dir.filePath(QStringLiteral("test/") + name), dir.filePath(name)}) {
-            if (QFileInfo::exists(candidate))
-                return QFileInfo(candidate).absoluteFilePath();
-        }
-    }
-    return QString();
+    return ProcessorSetup::detectLut(configuredLut, workDir);
 }
 
 void MainWindow::updateVariantFeatures()
@@ -115,7 +90,7 @@ void MainWindow::onBrowseExe()
         return;
     m_exeEdit->setText(QDir::toNativeSeparators(chosen));
     if (!isReservedVariant(m_variantId))
-        appSettings()->setValue(variantSettingsKey(currentVariantId(), "exe"), m_exeEdit->text());
+        ProcessorSetup::rememberChoice(appSettings().get(), currentVariantId(), "exe", m_exeEdit->text());
     // The processor's folder is its working directory.
     if (m_workDirEdit && m_workDirEdit->text().trimmed().isEmpty())
         m_workDirEdit->setText(QDir::toNativeSeparators(QFileInfo(chosen).absolutePath()));
@@ -135,7 +110,8 @@ void MainWindow::onBrowseWorkDir()
     if (chosen.isEmpty() || !m_workDirEdit)
         return;
     m_workDirEdit->setText(QDir::toNativeSeparators(chosen));
-    appSettings()->setValue(variantSettingsKey(currentVariantId(), "work_dir"), m_workDirEdit->text());
+    ProcessorSetup::rememberChoice(appSettings().get(), currentVariantId(), "work_dir",
+                                   m_workDirEdit->text());
 }
 
 void MainWindow::onGlobalStrategyChanged(int /*index*/)

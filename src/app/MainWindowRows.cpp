@@ -1,5 +1,5 @@
-// Row identity: each row's id, the output the processor made for it, and the stamp of what
-// that output (or its failure) was made from. A row whose input changes is Pending again.
+// Row identity: each row's id, and the run engine's items that follow the rows (their
+// pictures, states and order). A row whose input changes is Pending again (PackageJob).
 #include "app/MainWindow.h"
 #include "ui/RowStatusCell.h"
 
@@ -8,10 +8,9 @@
 #include "run/KeySnapshot.h"
 
 #include <QComboBox>
-#include <QCryptographicHash>
-#include <QDateTime>
 #include <QFile>
 #include <QFileInfo>
+#include <QLineEdit>
 
 quint64 MainWindow::rowId(int row) const
 {
@@ -28,40 +27,74 @@ int MainWindow::rowForId(quint64 id) const
     return -1;
 }
 
+JobFrame MainWindow::jobFrame() const
+{
+    return JobFrame{m_panelTypeCombo ? m_panelTypeCombo->currentText().trimmed() : QString(),
+                    panelResolution(), isLandscapeOrientation(), frameOrientationValue()};
+}
+
+ProcessorSetup MainWindow::jobProcessor() const
+{
+    // The processor as Step 1 shows it (resolved by ProcessorSetup when the variant was applied).
+    const QString id = currentVariantId();
+    return ProcessorSetup{
+        id, m_processorConfig.variantIds().contains(id) ? m_processorConfig.variant(id) : VariantConfig(),
+        m_exeEdit ? m_exeEdit->text().trimmed() : QString(),
+        m_workDirEdit ? m_workDirEdit->text().trimmed() : QString(),
+        m_lutEdit ? m_lutEdit->text().trimmed() : QString()};
+}
+
+JobPicture MainWindow::jobPicture(int row) const
+{
+    const QTableWidgetItem *file = m_imageTable->item(row, FileColumn);
+    const PreprocWidget *widget = preprocWidgetAt(row);
+    return JobPicture{file ? file->data(kSourcePathRole).toString() : QString(),
+                      file ? file->data(kHeicCacheRole).toString() : QString(),
+                      file ? file->text() : QString(), widget ? widget->state() : PreprocState()};
+}
+
+void MainWindow::syncJobItem(int row) const
+{
+    const quint64 id = rowId(row);
+    if (id == 0)
+        return;
+    if (m_job->contains(id))
+        m_job->update(id, jobPicture(row));
+    else
+        m_job->insert(id, jobPicture(row));
+}
+
+void MainWindow::syncJobOrder() const
+{
+    QList<quint64> ids;
+    ids.reserve(m_imageTable ? m_imageTable->rowCount() : 0);
+    for (int row = 0; m_imageTable && row < m_imageTable->rowCount(); ++row)
+        ids << rowId(row);
+    m_job->setOrder(ids);
+}
+
+void MainWindow::syncJob() const
+{
+    m_job->setFrame(jobFrame());
+    QSet<quint64> listed;
+    for (int row = 0; m_imageTable && row < m_imageTable->rowCount(); ++row) {
+        syncJobItem(row);
+        listed.insert(rowId(row));
+    }
+    for (const quint64 id : m_job->order()) {
+        if (!listed.contains(id))
+            m_job->remove(id);
+    }
+    syncJobOrder();
+}
+
 QByteArray MainWindow::rowInputStamp(int row, const QByteArray &keyFingerprint) const
 {
-    const QTableWidgetItem *file = m_imageTable ? m_imageTable->item(row, FileColumn) : nullptr;
-    if (!file)
-        return QByteArray();
     // Everything the row's frame is made from: the picture as it is on disk, its state, the
-    // frame settings and the key.
-    const QFileInfo source(file->data(kSourcePathRole).toString());
-    QByteArray text = source.absoluteFilePath().toUtf8();
-    text += '|' + QByteArray::number(source.lastModified().toMSecsSinceEpoch());
-    text += '|' + QByteArray::number(source.size());
-    if (const PreprocWidget *widget = preprocWidgetAt(row)) {
-        text += '|' + QByteArray::number(qint32(widget->state().fillMode));
-        text += '|' + QByteArray::number(widget->state().rotationDegrees);
-        // The framing, exactly (a change of a pixel's worth makes another frame).
-        text += '|' + QByteArray::number(widget->state().focusX, 'g', 17);
-        text += '|' + QByteArray::number(widget->state().focusY, 'g', 17);
-        text += '|' + QByteArray::number(widget->state().zoom, 'g', 17);
-        const ToneSettings &tone = widget->state().tone;
-        text += '|' + QByteArray::number(qint32(tone.preset));
-        text += '|' + QByteArray::number(tone.exposure, 'g', 17);
-        text += '|' + QByteArray::number(tone.contrast, 'g', 17);
-        text += '|' + QByteArray::number(tone.saturation, 'g', 17);
-        const CaptionSettings &caption = widget->state().caption;
-        text += '|' + QByteArray::number(qint32(caption.kind)) + ',' +
-                QByteArray::number(qint32(caption.corner)) + ',' + QByteArray::number(qint32(caption.style)) +
-                ',' + caption.shown.toUtf8().toHex();
-    }
-    const QSize panel = panelResolution();
-    text += '|' + QByteArray::number(panel.width()) + 'x' + QByteArray::number(panel.height());
-    text += '|' + frameOrientationValue().toUtf8();
-    text += '|' + (m_panelTypeCombo ? m_panelTypeCombo->currentText().toUtf8() : QByteArray());
-    text += '|' + keyFingerprint;
-    return QCryptographicHash::hash(text, QCryptographicHash::Sha256).toHex();
+    // frame settings and the key (PackageJob::inputStamp), as the table holds them now.
+    syncJobItem(row);
+    m_job->setFrame(jobFrame());
+    return m_job->inputStamp(rowId(row), keyFingerprint);
 }
 
 QByteArray MainWindow::currentKeyFingerprint() const
@@ -82,45 +115,23 @@ void MainWindow::discardOutput(int row)
         QFile::remove(resolveOutputPathsForRow(row));
 }
 
-void MainWindow::finishRow(int row, Str::RowStatus status, int exitCode)
-{
-    if (status != Str::RowStatus::Done)
-        discardOutput(row); // a failed or stopped row's output, if any, is not a frame
-    if (QTableWidgetItem *file = m_imageTable->item(row, FileColumn))
-        file->setData(kOutputStampRole, status == Str::RowStatus::Pending ? QByteArray() : m_currentRowStamp);
-    setRowStatus(row, status, exitCode);
-}
-
 void MainWindow::markRowChanged(int row)
 {
-    const QTableWidgetItem *status = m_imageTable ? m_imageTable->item(row, StatusColumn) : nullptr;
-    if (!status)
+    const quint64 id = rowId(row);
+    if (id == 0)
         return;
     // The row being processed is judged when its processor ends (its stamp is compared then).
-    if (m_processing && rowId(row) == m_currentRowId)
-        return;
-    discardOutput(row);
-    if (QTableWidgetItem *file = m_imageTable->item(row, FileColumn))
-        file->setData(kOutputStampRole, QByteArray());
-    if (!Str::rowStatusIsPending(status))
-        setRowStatus(row, Str::RowStatus::Pending);
+    syncJobItem(row);
+    m_job->setFrame(jobFrame());
+    m_job->markChanged(id);
 }
 
 void MainWindow::revalidateRows() { revalidateRows(currentKeyFingerprint()); }
 
 void MainWindow::revalidateRows(const QByteArray &keyFingerprint)
 {
-    for (int row = 0; m_imageTable && row < m_imageTable->rowCount(); ++row) {
-        const QTableWidgetItem *file = m_imageTable->item(row, FileColumn);
-        const QByteArray stamp = file ? file->data(kOutputStampRole).toByteArray() : QByteArray();
-        if (stamp.isEmpty())
-            continue;
-        const bool outputLost =
-            Str::rowStatusFromItem(m_imageTable->item(row, StatusColumn)) == int(Str::RowStatus::Done) &&
-            !QFileInfo::exists(resolveOutputPathsForRow(row));
-        if (outputLost || stamp != rowInputStamp(row, keyFingerprint))
-            markRowChanged(row);
-    }
+    syncJob();
+    m_job->revalidate(keyFingerprint);
 }
 
 void MainWindow::onRowPreprocessingChanged(PreprocWidget *widget)

@@ -1,27 +1,23 @@
-// The processing run: the processor over the pending rows, one after another, its output
-// streamed into the log and its end turned into the row's status; then the package of all
-// Done rows.
+// The processing run, as the window shows it: the run engine (PackageJob) processes the
+// pending rows and reports; the window shows their statuses, the log and the progress, then
+// writes the package of all Done rows and shows how it went.
 #include "app/MainWindow.h"
-#include "ui/RowStatusCell.h"
 
-#include "images/ImageLoader.h"
 #include "images/ImageTableWidget.h"
 #include "playlist/Volumes.h"
-#include "run/ProcessorCommand.h"
-#include "run/RenderAheadQueue.h"
 #include "ui/AppBranding.h"
+#include "ui/RowStatusCell.h"
 
 #include <QAction>
 #include <QCheckBox>
 #include <QDir>
-#include <QFileInfo>
 #include <QLineEdit>
 #include <QMenu>
 #include <QMessageBox>
 #include <QPlainTextEdit>
 #include <QProgressBar>
 #include <QPushButton>
-#include <QTime>
+#include <QSpinBox>
 
 void MainWindow::setListEditingEnabled(bool enabled)
 {
@@ -42,17 +38,21 @@ void MainWindow::onStartProcess()
 {
     if (!validateSettings())
         return;
-    waitForStoppedProcessor();
     // The key is read once, here: the whole run and its package are made from this snapshot.
     if (!takeKeySnapshotForRun() || !checkSaveLocationForRun())
         return;
+    // Every row is the run's, one without a picture too (it fails as the processor finds it).
+    for (int row = 0; row < m_imageTable->rowCount(); ++row) {
+        if (rowId(row) == 0) {
+            if (!m_imageTable->item(row, FileColumn))
+                m_imageTable->setItem(row, FileColumn, new QTableWidgetItem);
+            m_imageTable->item(row, FileColumn)->setData(kRowIdRole, m_nextRowId++);
+        }
+    }
     // Rows finished with another picture, state, frame or key are to be made again.
     revalidateRows(m_runKey->fingerprint());
 
-    bool anyPending = false;
-    for (int row = 0; row < m_imageTable->rowCount() && !anyPending; ++row)
-        anyPending = Str::rowStatusIsPending(m_imageTable->item(row, StatusColumn));
-    if (!anyPending) {
+    if (m_job->countWithStatus({RowStatus::Pending}) == 0) {
         const auto answer = QMessageBox::question(this, Str::confirmTitle(), Str::confirmReprocessAll(),
                                                   QMessageBox::Yes | QMessageBox::No, QMessageBox::NoButton);
         if (answer != QMessageBox::Yes)
@@ -64,12 +64,10 @@ void MainWindow::onStartProcess()
     // Outputs of finished rows stay: the run adds to them.
     QDir().mkpath(playlistParentDir());
     QDir().mkpath(liteBinStagingDir());
+    m_job->setProcessor(jobProcessor());
+    m_job->setProcessorsAtOnce(processorsAtOnce());
 
     m_processing = true;
-    m_currentRow = -1;
-    m_currentRowId = 0;
-    m_successCount = 0;
-
     const int rows = m_imageTable->rowCount();
     m_progressBar->setRange(0, rows);
     m_progressBar->setValue(0);
@@ -90,155 +88,49 @@ void MainWindow::onStartProcess()
     processNext();
 }
 
-int MainWindow::currentRunRow() const
-{
-    return m_currentRowId != 0 ? rowForId(m_currentRowId) : m_currentRow;
-}
-
-int MainWindow::nextPendingRow() const
-{
-    // Only the status decides: checked or not, every pending row is processed, in table order
-    // from the current row down. Then once more from the top, for rows made Pending again
-    // during the run (changed, or moved above the current one), so none is left out.
-    const int rows = m_imageTable->rowCount();
-    for (int row = currentRunRow() + 1; row < rows; ++row) {
-        if (Str::rowStatusIsPending(m_imageTable->item(row, StatusColumn)))
-            return row;
-    }
-    for (int row = 0; row < rows; ++row) {
-        const QTableWidgetItem *status = m_imageTable->item(row, StatusColumn);
-        if (status && rowId(row) != 0 && Str::rowStatusIsPending(status))
-            return row;
-    }
-    return -1;
-}
+int MainWindow::processorsAtOnce() const { return m_processorsSpin ? m_processorsSpin->value() : 1; }
 
 void MainWindow::processNext()
 {
+    // Every pending row is processed, in table order, checked or not (PackageJob).
     if (!m_processing)
         return;
-
-    const int row = nextPendingRow();
-    if (row < 0) {
+    if (m_job->isRunning())
+        m_job->startNext();
+    else if (!m_job->start(*m_runKey))
         finishRun();
-        return;
-    }
-
-    m_currentRow = row;
-    m_currentRowId = rowId(row);
-    m_currentRowStamp = rowInputStamp(row, m_runKey->fingerprint());
-    setRowStatus(row, Str::RowStatus::Processing);
-    m_imageTable->scrollToItem(m_imageTable->item(row, StatusColumn));
-    discardOutput(row); // nothing left from an earlier attempt may pass for this one's output
-    renderAhead(row);
-    startWhenRendered();
 }
 
-void MainWindow::startRow(int row, const std::optional<QString> &rendered)
+void MainWindow::onJobStatusChanged(quint64 id, RowStatus status, int exitCode)
 {
-    const QString executable = m_exeEdit->text().trimmed();
-    const QString workDir = m_workDirEdit->text().trimmed();
-    const QStringList args = processorArgs(row, rendered);
-
-    const QTableWidgetItem *file = m_imageTable->item(row, FileColumn);
-    appendLog(Str::rowLogHeader(QTime::currentTime().toString(QStringLiteral("HH:mm:ss")), row + 1,
-                                m_imageTable->rowCount(), file ? file->text() : QString()));
-    appendLog(Str::commandLineLog(QFileInfo(executable).fileName(), args));
-
-    if (!m_process) {
-        m_process = new QProcess(this);
-        connect(m_process, &QProcess::readyReadStandardOutput, this, &MainWindow::onProcessReadyReadStdOut);
-        connect(m_process, &QProcess::readyReadStandardError, this, &MainWindow::onProcessReadyReadStdErr);
-        connect(m_process, &QProcess::finished, this, &MainWindow::onProcessFinished);
-    }
-
-    if (m_analysisOnlyCheck && m_analysisOnlyCheck->isChecked()) {
-        const QString analysisOutput =
-            m_analysisOutputEdit ? m_analysisOutputEdit->text().trimmed() : QString();
-        if (!analysisOutput.isEmpty())
-            QDir().mkpath(QFileInfo(analysisOutput).absolutePath());
-    } else if (args.size() >= 2) {
-        QDir().mkpath(QFileInfo(args.at(1)).absolutePath());
-    }
-
-    appendLog(Str::workDirLog(workDir));
-    if (!QFileInfo(workDir).isDir()) {
-        finishRow(row, Str::RowStatus::Failed);
-        appendLog(Str::workDirMissing(workDir));
-        processNext();
-        return;
-    }
-
-    if (!ProcessorCommand::start(m_process, executable, args, workDir)) {
-        finishRow(row, Str::RowStatus::StartFailed);
-        appendLog(Str::processStartFailed(m_process->errorString()));
-        processNext();
-    }
-}
-
-void MainWindow::logProcessOutput(const QByteArray &bytes, bool standardError)
-{
-    for (const QString &line : ProcessorCommand::outputLines(bytes))
-        appendLog(standardError ? Str::stderrLogLine(line) : Str::stdoutLogLine(line));
-}
-
-void MainWindow::onProcessReadyReadStdOut()
-{
-    if (m_process)
-        logProcessOutput(m_process->readAllStandardOutput(), false);
-}
-
-void MainWindow::onProcessReadyReadStdErr()
-{
-    if (m_process)
-        logProcessOutput(m_process->readAllStandardError(), true);
-}
-
-void MainWindow::onProcessFinished(int exitCode, QProcess::ExitStatus status)
-{
-    onProcessReadyReadStdOut();
-    onProcessReadyReadStdErr();
-    // The row is found by its id: it may have moved while its processor worked.
-    const int row = currentRunRow();
-    m_currentRow = row;
+    const int row = rowForId(id);
     if (row < 0)
-        return; // its row is gone (the window is being torn down)
-    if (m_stopRequested) {
-        // Stopped: not a result. The row is Pending again, so the next Start processes it.
-        m_stopRequested = false;
-        finishRow(row, Str::RowStatus::Pending);
-        appendLog(Str::rowStoppedPending());
-    } else if (const ProcessorCommand::Outcome outcome = ProcessorCommand::outcome(exitCode, status);
-               outcome.status == Str::RowStatus::Done &&
-               rowInputStamp(row, m_runKey->fingerprint()) != m_currentRowStamp) {
-        // Changed while its processor worked: this output shows what the row no longer is.
-        finishRow(row, Str::RowStatus::Pending);
-        appendLog(Str::rowChangedWhileProcessing());
-    } else {
-        finishRow(row, outcome.status, outcome.exitCode);
-        if (outcome.status == Str::RowStatus::Done)
-            ++m_successCount;
-        appendLog(outcome.log);
-    }
-    cleanupTempFile(row);
-    m_progressBar->setValue(row + 1);
-    m_progressBar->setFormat(Str::progressFraction(row + 1, m_imageTable->rowCount()));
-    processNext();
+        return;
+    QTableWidgetItem *item = m_imageTable->item(row, StatusColumn);
+    Str::applyRowStatus(item, status, exitCode);
+    if (status == RowStatus::Processing)
+        m_imageTable->scrollToItem(item);
+}
+
+void MainWindow::onJobItemLogged(quint64 id, int number)
+{
+    Q_UNUSED(id)
+    m_progressBar->setValue(number);
+    m_progressBar->setFormat(Str::progressFraction(number, m_imageTable->rowCount()));
 }
 
 void MainWindow::finishRun()
 {
     m_processing = false;
-    m_renderAhead->clear();
-    ImageLoader::releaseFreedMemory();
     const int rows = m_imageTable->rowCount();
+    const int succeeded = m_job->successCount();
     m_progressBar->setValue(rows);
-    m_progressBar->setFormat(Str::processingProgress(m_successCount, rows));
+    m_progressBar->setFormat(Str::processingProgress(succeeded, rows));
     appendLog(Str::logSeparator());
-    appendLog(Str::allDone(m_successCount, rows));
+    appendLog(Str::allDone(succeeded, rows));
     // The package is made of every Done row, this run's and earlier runs' alike. A failure is
     // shown; the rows keep their outputs, so Retry writes the package once there is room.
-    for (bool retry = rowCountWithStatus({Str::RowStatus::Done}) > 0; retry;) {
+    for (bool retry = rowCountWithStatus({RowStatus::Done}) > 0; retry;) {
         QString failure;
         retry = false;
         if (runPlaylistExport(false, &failure))
@@ -258,34 +150,10 @@ void MainWindow::onStopProcess()
     if (!m_processing)
         return;
     m_processing = false;
-    m_renderAhead->clear(); // renders under way are dropped, their files with them
-    if (m_waitingForRender) {
-        // Stopped while its picture was still being rendered: no processor ran for it yet.
-        m_waitingForRender = false;
-        appendLog(Str::processingStopped());
-        if (const int row = currentRunRow(); row >= 0)
-            setRowStatus(row, Str::RowStatus::Pending);
-    } else if (m_process && m_process->state() != QProcess::NotRunning) {
-        m_stopRequested = true;
-        m_process->kill();
-        appendLog(Str::processingStopped());
-        const int row = currentRunRow();
-        if (row >= 0) {
-            cleanupTempFile(row);
-            setRowStatus(row, Str::RowStatus::Cancelled); // until the killed process has ended
-        }
-    }
+    m_job->stop(); // every processor is killed; its row is Pending again once it has ended
     m_startButton->setEnabled(true);
     m_stopButton->setEnabled(false);
     setListEditingEnabled(true);
-}
-
-void MainWindow::waitForStoppedProcessor()
-{
-    // A Start right after Stop: the killed processor's end is taken first, so that its row is
-    // settled before the new run looks for pending rows.
-    if (m_process && m_process->state() != QProcess::NotRunning)
-        m_process->waitForFinished(2000);
 }
 
 void MainWindow::showProcessingCompleteDialog()

@@ -82,6 +82,8 @@ void MainWindow::loadSettings()
         settings->value(QStringLiteral("playlist_interval_min"), kDefaultIntervalMinutes).toInt());
     if (m_loopCheck)
         m_loopCheck->setChecked(settings->value(QStringLiteral("playlist_loop"), true).toBool());
+    if (m_processorsSpin)
+        m_processorsSpin->setValue(settings->value(QStringLiteral("processors_at_once"), 1).toInt());
     if (m_playlistDirEdit)
         m_playlistDirEdit->setText(settings->value(QStringLiteral("playlist_parent_dir")).toString());
     updatePlaylistUiState();
@@ -91,12 +93,7 @@ void MainWindow::saveSettings()
 {
     const std::unique_ptr<QSettings> settings = appSettings();
     settings->setValue(QStringLiteral("processor_variant"), currentVariantId());
-    if (!isReservedVariant(m_variantId)) {
-        settings->setValue(variantSettingsKey(currentVariantId(), "exe"),
-                           m_exeEdit ? m_exeEdit->text() : QString());
-        settings->setValue(variantSettingsKey(currentVariantId(), "work_dir"),
-                           m_workDirEdit ? m_workDirEdit->text() : QString());
-    }
+    // The processor's paths are not written here: only a choice by hand is (ProcessorSetup).
     settings->setValue(QStringLiteral("lut_path"), m_lutEdit ? m_lutEdit->text() : QString());
     settings->setValue(QStringLiteral("panel_type"),
                        m_panelTypeCombo ? m_panelTypeCombo->currentText() : QString());
@@ -111,6 +108,7 @@ void MainWindow::saveSettings()
     settings->setValue(QStringLiteral("playlist_interval_min"),
                        haveInterval ? playlistIntervalMinutes() : kDefaultIntervalMinutes);
     settings->setValue(QStringLiteral("playlist_loop"), m_loopCheck && m_loopCheck->isChecked());
+    settings->setValue(QStringLiteral("processors_at_once"), processorsAtOnce());
     settings->setValue(QStringLiteral("playlist_parent_dir"),
                        m_playlistDirEdit ? m_playlistDirEdit->text() : QString());
 }

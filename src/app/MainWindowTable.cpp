@@ -75,6 +75,7 @@ void MainWindow::moveTableRowUp(int row)
         return;
     m_imageTable->moveRow(row, row - 1);
     m_imageTable->selectRow(row - 1);
+    syncJobOrder(); // a run goes on in the new order
 }
 
 void MainWindow::moveTableRowDown(int row)
@@ -83,6 +84,7 @@ void MainWindow::moveTableRowDown(int row)
         return;
     m_imageTable->moveRow(row, row + 1);
     m_imageTable->selectRow(row + 1);
+    syncJobOrder(); // a run goes on in the new order
 }
 
 void MainWindow::swapRowContent(int a, int b)
@@ -185,8 +187,15 @@ void MainWindow::cleanupHeicCache(int row)
 
 void MainWindow::setRowStatus(int row, Str::RowStatus status, int exitCode)
 {
-    if (m_imageTable)
+    if (!m_imageTable)
+        return;
+    const quint64 id = rowId(row);
+    if (id == 0) {
         Str::applyRowStatus(m_imageTable->item(row, StatusColumn), status, exitCode);
+        return;
+    }
+    syncJobItem(row);
+    m_job->setStatus(id, status, exitCode); // comes back through onJobStatusChanged
 }
 
 void MainWindow::refreshAllRowStatusText()

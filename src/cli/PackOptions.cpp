@@ -1,5 +1,7 @@
 #include "cli/PackOptions.h"
 
+#include "run/PackageJob.h"
+
 #include "images/ImageLoader.h"
 #include "playlist/PlaylistExporter.h"
 #include "preprocess/Caption.h"
@@ -27,6 +29,7 @@ QList<QCommandLineOption> optionList()
         {QStringLiteral("auto-frame"), Str::packOptionAutoFrame()},
         {QStringLiteral("interval"), Str::packOptionInterval(), QStringLiteral("MIN")},
         {QStringLiteral("no-loop"), Str::packOptionNoLoop()},
+        {QStringLiteral("jobs"), Str::packOptionJobs(), QStringLiteral("N")},
         {QStringLiteral("list"), Str::packOptionList(), QStringLiteral("LIST.json")},
         {QStringLiteral("verbose"), Str::packOptionVerbose()},
         {QStringLiteral("help"), Str::packOptionHelp()},
@@ -140,6 +143,13 @@ std::optional<PackOptions> PackOptions::parse(const QStringList &arguments, QStr
             return fail(Str::packBadInterval(parser.value(QStringLiteral("interval"))));
     }
     options.loop = options.loop && !parser.isSet(QStringLiteral("no-loop"));
+    if (parser.isSet(QStringLiteral("jobs"))) {
+        bool ok = false;
+        options.jobs = parser.value(QStringLiteral("jobs")).toInt(&ok);
+        if (!ok || options.jobs < 1 || options.jobs > PackageJob::maxProcessorsAtOnce())
+            return fail(
+                Str::packBadJobs(parser.value(QStringLiteral("jobs")), PackageJob::maxProcessorsAtOnce()));
+    }
     options.verbose = parser.isSet(QStringLiteral("verbose"));
 
     if (options.outputParent.isEmpty())

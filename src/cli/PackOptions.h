@@ -34,6 +34,7 @@ struct PackOptions {
     bool autoFrame = false;             // every picture framed around its faces
     int intervalMinutes = 30;
     bool loop = true;
+    int jobs = 1; // processors at once
     bool verbose = false;
     QList<PictureList::Picture> pictures; // in order, once each
 

@@ -1,5 +1,6 @@
 #include "cli/PackRun.h"
 
+#include "app/SettingsLocation.h"
 #include "images/DateTaken.h"
 #include "images/FaceDetector.h"
 #include "images/ImageLoader.h"
@@ -7,13 +8,14 @@
 #include "playlist/PlaylistExporter.h"
 #include "preprocess/AutoFrame.h"
 #include "preprocess/Caption.h"
-#include "run/ExportRender.h"
-#include "run/ProcessorCommand.h"
+#include "processor/ProcessorSetup.h"
+#include "run/PackageJob.h"
 #include "ui/AppStrings.h"
 
 #include <QDir>
+#include <QEventLoop>
 #include <QFileInfo>
-#include <QProcess>
+#include <QSettings>
 
 namespace {
 const QString kLiteVariant = QStringLiteral("lite");
@@ -27,6 +29,8 @@ PackRun::PackRun(const PackOptions &options, QTextStream &out, QTextStream &err)
 {
 }
 
+PackRun::~PackRun() { delete m_job; }
+
 bool PackRun::prepare(int *exitCode)
 {
     const auto refuse = [&](int code, const QString &reason) {
@@ -34,17 +38,17 @@ bool PackRun::prepare(int *exitCode)
         *exitCode = code;
         return false;
     };
-    // The configuration is found where the window finds it, and its "lite" variant is used.
-    if (!m_config.load() || !m_config.variantIds().contains(kLiteVariant))
+    // The processor the window would run: the configuration's "lite" variant, or the one the
+    // user chose there by hand while it is still there.
+    ProcessorConfig config;
+    if (!config.load() || !config.variantIds().contains(kLiteVariant))
         return refuse(PackOptions::kProcessorMissing,
                       Str::exeNotFound(Str::appDisplayName(), ProcessorConfig::fileName()));
-    m_variant = m_config.variant(kLiteVariant);
-    m_executable = m_config.resolvedExecutable(kLiteVariant);
-    m_workDir = m_config.resolvedWorkDir(kLiteVariant);
-    if (m_executable.isEmpty() || !QFileInfo::exists(m_executable))
+    const ProcessorSetup setup = ProcessorSetup::resolve(
+        config, kLiteVariant, QSettings(SettingsLocation::path(), QSettings::IniFormat));
+    if (setup.executable.isEmpty() || !QFileInfo::exists(setup.executable))
         return refuse(PackOptions::kProcessorMissing,
                       Str::exeNotFound(Str::appDisplayName(), ProcessorConfig::fileName()));
-
     if (!m_options.keyFile.isEmpty()) {
         QString error;
         m_key = KeySnapshot::read(m_options.keyFile, &error);
@@ -62,100 +66,52 @@ bool PackRun::prepare(int *exitCode)
     const PanelSpec panel = PlaylistExporter::panelFromGuiType(m_options.panelType, QString());
     if (!panel.ok)
         return refuse(PackOptions::kUsageError, panel.error);
-    m_panel = panel.size;
 
     const QString problem = PackageWriter::checkTarget(QDir(m_options.outputParent).filePath(kPackageFolder));
     if (!problem.isEmpty())
         return refuse(PackOptions::kNoPackage, problem);
     if (!m_scratch.isValid())
         return refuse(PackOptions::kNoPackage, m_scratch.errorString());
+
+    m_job = new PackageJob(m_scratch.filePath(QStringLiteral("out")),
+                           m_scratch.filePath(QStringLiteral("render")),
+                           m_scratch.filePath(QStringLiteral("key")));
+    m_job->setProcessor(setup);
+    m_job->setFrame(JobFrame{m_options.panelType, panel.size, m_options.landscape,
+                             m_options.landscape ? QStringLiteral("90") : QStringLiteral("0")});
+    m_job->setProcessorsAtOnce(m_options.jobs);
     return true;
 }
 
-PreprocState PackRun::preparedState(const PictureList::Picture &picture, const QString &input) const
+JobPicture PackRun::preparedPicture(const PictureList::Picture &picture) const
 {
-    PreprocState state = picture.state;
-    state.caption = Caption::resolved(state.caption, picture.path, DateTaken::read(picture.path));
-    if (!m_options.autoFrame)
-        return state;
-    const PictureSubjects subjects = FaceDetector::detectFile(input);
-    if (!subjects.detected)
-        return state;
-    return AutoFrame::frame(state, ImageLoader::pictureSize(input), subjects, m_panel, m_options.landscape)
-        .state;
-}
-
-QString PackRun::processPicture(int index, const PictureList::Picture &picture)
-{
-    const QString output =
-        m_scratch.filePath(QStringLiteral("out_%1.bin").arg(index, 6, 10, QLatin1Char('0')));
-    // A HEIC/HEIF picture goes through its converted copy, as in the window.
-    ColourProfile::Problem conversionProblem = ColourProfile::Problem::None;
-    QString input = ImageLoader::resolveProcessorInputPath(picture.path, nullptr, &conversionProblem);
-    if (input.isEmpty())
-        input = QDir::fromNativeSeparators(picture.path);
-    ColourProfile::Problem renderProblem = ColourProfile::Problem::None;
-    if (picture.state.fillMode != FillMode::Direct) {
-        const QString folder = m_scratch.filePath(QStringLiteral("render_%1").arg(index));
-        QDir().mkpath(folder);
-        const RenderRequest request{input, preparedState(picture, input), m_panel, m_options.landscape,
-                                    QFileInfo(picture.path).completeBaseName() +
-                                        QStringLiteral("_preproc.jpg")};
-        const QString rendered =
-            ExportRender::write(request, QDir(folder).filePath(request.fileName), &renderProblem);
-        if (!rendered.isEmpty())
-            input = QDir::fromNativeSeparators(rendered);
-        else if (m_options.verbose)
-            m_out << Str::preprocFailedUseOriginal() << Qt::endl;
-    }
-    const ColourProfile::Problem colourProblem =
-        conversionProblem != ColourProfile::Problem::None ? conversionProblem : renderProblem;
-    if (colourProblem != ColourProfile::Problem::None)
+    JobPicture prepared{picture.path, QString(), QDir::toNativeSeparators(picture.path), picture.state};
+    // A HEIC/HEIF picture goes through its converted copy, as in the window; a colour profile
+    // that cannot be used is said here, once.
+    ColourProfile::Problem problem = ColourProfile::Problem::None;
+    const QString input = ImageLoader::resolveProcessorInputPath(picture.path, nullptr, &problem);
+    if (!input.isEmpty() && QDir::fromNativeSeparators(input) != QDir::fromNativeSeparators(picture.path))
+        prepared.heicCopy = input;
+    else if (picture.state.fillMode != FillMode::Direct)
+        (void)ImageLoader::load(picture.path, 64, &problem);
+    if (problem != ColourProfile::Problem::None)
         m_err << Str::colourProfileWarning(QDir::toNativeSeparators(picture.path),
-                                           colourProblem == ColourProfile::Problem::Damaged)
+                                           problem == ColourProfile::Problem::Damaged)
               << Qt::endl;
-    const QStringList args = ProcessorCommand::arguments(
-        input, QDir::fromNativeSeparators(output), m_options.panelType, m_variant,
-        m_key.isNull() ? QString() : m_key.pathForProcessor(m_scratch.filePath(QStringLiteral("key"))));
-    if (m_options.verbose)
-        m_out << Str::commandLineLog(QFileInfo(m_executable).fileName(), args) << Qt::endl;
-
-    QProcess process;
-    Str::RowStatus status = Str::RowStatus::StartFailed;
-    int exitCode = 0;
-    QString log;
-    if (!QFileInfo(m_workDir).isDir()) {
-        status = Str::RowStatus::Failed;
-        log = Str::workDirMissing(m_workDir);
-    } else if (!ProcessorCommand::start(&process, m_executable, args, m_workDir)) {
-        log = Str::processStartFailed(process.errorString());
-    } else {
-        process.waitForFinished(-1);
-        const ProcessorCommand::Outcome outcome =
-            ProcessorCommand::outcome(process.exitCode(), process.exitStatus());
-        status = outcome.status;
-        exitCode = outcome.exitCode;
-        log = outcome.log;
-        if (m_options.verbose) {
-            for (const QString &line : ProcessorCommand::outputLines(process.readAllStandardOutput()))
-                m_out << Str::stdoutLogLine(line) << Qt::endl;
-            for (const QString &line : ProcessorCommand::outputLines(process.readAllStandardError()))
-                m_out << Str::stderrLogLine(line) << Qt::endl;
-        }
+    PreprocState &state = prepared.state;
+    state.caption = Caption::resolved(state.caption, picture.path, DateTaken::read(picture.path));
+    if (m_options.autoFrame) {
+        const QString source = prepared.heicCopy.isEmpty() ? picture.path : prepared.heicCopy;
+        const PictureSubjects subjects = FaceDetector::detectFile(source);
+        if (subjects.detected)
+            state = AutoFrame::frame(state, ImageLoader::pictureSize(source), subjects, m_job->frame().panel,
+                                     m_options.landscape)
+                        .state;
     }
-    m_out << Str::packProgressLine(index + 1, int(m_options.pictures.size()),
-                                   QDir::toNativeSeparators(picture.path),
-                                   Str::rowStatusText(status, exitCode))
-          << Qt::endl;
-    if (status != Str::RowStatus::Done) {
-        if (m_options.verbose)
-            m_out << log << Qt::endl;
-        return QString();
-    }
-    return QFileInfo::exists(output) ? output : QString();
+    return prepared;
 }
 
-int PackRun::writePackage()
+int PackRun::writePackage(const QStringList &frames)
 {
     PlaylistExportRequest request;
     request.outputDir = QDir(m_options.outputParent).filePath(kPackageFolder);
@@ -164,16 +120,16 @@ int PackRun::writePackage()
     request.panel = PlaylistExporter::panelFromGuiType(m_options.panelType, QString());
     request.encrypt = false;
     m_key.applyTo(&request);
-    for (int i = 0; i < m_frames.size(); ++i) {
+    for (int i = 0; i < frames.size(); ++i) {
         request.frameNames << PlaylistExporter::frameName(i);
-        request.sourcePaths << m_frames.at(i);
+        request.sourcePaths << frames.at(i);
     }
     const QString error = PlaylistExporter::exportPlaylist(request);
     if (!error.isEmpty()) {
         m_err << Str::playlistCreateFailed(error) << Qt::endl;
         return PackOptions::kNoPackage;
     }
-    m_err << Str::playlistCreatedLog(QDir::toNativeSeparators(request.outputDir), int(m_frames.size()),
+    m_err << Str::playlistCreatedLog(QDir::toNativeSeparators(request.outputDir), int(frames.size()),
                                      request.intervalMinutes)
           << Qt::endl;
     return PackOptions::kPackageWritten;
@@ -185,17 +141,30 @@ int PackRun::run()
     if (!prepare(&exitCode))
         return exitCode;
     const int total = int(m_options.pictures.size());
-    for (int i = 0; i < total; ++i) {
-        const QString frame = processPicture(i, m_options.pictures.at(i));
-        if (frame.isEmpty())
-            m_failed << QDir::toNativeSeparators(m_options.pictures.at(i).path);
-        else
-            m_frames << frame;
-    }
-    m_err << Str::allDone(int(m_frames.size()), total) << Qt::endl;
-    if (m_frames.isEmpty()) {
+    for (int i = 0; i < total; ++i)
+        m_job->insert(quint64(i) + 1, preparedPicture(m_options.pictures.at(i)));
+
+    // Progress in the pictures' order, whatever order their processors end in; the whole log
+    // with --verbose.
+    QObject::connect(m_job, &PackageJob::itemLogged, m_job, [this, total](quint64 id, int number) {
+        m_out << Str::packProgressLine(number, total,
+                                       QDir::toNativeSeparators(m_options.pictures.at(int(id) - 1).path),
+                                       Str::rowStatusText(m_job->status(id), m_job->exitCode(id)))
+              << Qt::endl;
+    });
+    if (m_options.verbose)
+        QObject::connect(m_job, &PackageJob::logLine, m_job,
+                         [this](const QString &line) { m_out << line << Qt::endl; });
+    QEventLoop loop;
+    QObject::connect(m_job, &PackageJob::runFinished, &loop, &QEventLoop::quit);
+    if (m_job->start(m_key))
+        loop.exec();
+
+    const QStringList frames = m_job->frames();
+    m_err << Str::allDone(int(frames.size()), total) << Qt::endl;
+    if (frames.isEmpty()) {
         m_err << Str::noBinFiles() << Qt::endl;
         return PackOptions::kNoPackage;
     }
-    return writePackage();
+    return writePackage(frames);
 }

@@ -1,12 +1,12 @@
 #include "run/ProcessorCommand.h"
 
 #include "processor/ChildProcessGuard.h"
+#include "ui/AppStrings.h"
 
 #include <QDir>
 #include <QFileInfo>
 
 namespace {
-constexpr int kProcessStartMs = 5000;
 const QString kDefaultKeyFlag = QStringLiteral("--pubkey");
 } // namespace
 
@@ -34,17 +34,15 @@ QProcessEnvironment environment(const QString &executable)
     return environment;
 }
 
-bool start(QProcess *process, const QString &executable, const QStringList &args, const QString &workDir)
+void launch(QProcess *process, const QString &executable, const QStringList &args, const QString &workDir)
 {
     process->setProcessEnvironment(environment(executable));
     process->setWorkingDirectory(workDir);
     ChildProcessGuard::prepare(process);
     process->start(executable, args, QIODevice::ReadWrite);
-    if (!process->waitForStarted(kProcessStartMs))
-        return false;
-    ChildProcessGuard::adopt(process);
-    return true;
 }
+
+void adopt(QProcess *process) { ChildProcessGuard::adopt(process); }
 
 QStringList outputLines(const QByteArray &bytes)
 {
@@ -65,10 +63,10 @@ QStringList outputLines(const QByteArray &bytes)
 Outcome outcome(int exitCode, QProcess::ExitStatus exitStatus)
 {
     if (exitStatus == QProcess::CrashExit)
-        return {Str::RowStatus::Crashed, exitCode, Str::processCrashed(exitCode)};
+        return {RowStatus::Crashed, exitCode, Str::processCrashed(exitCode)};
     if (exitCode != 0)
-        return {Str::RowStatus::ExitCodeFailed, exitCode, Str::processFailed(exitCode)};
-    return {Str::RowStatus::Done, 0, Str::rowDone()};
+        return {RowStatus::ExitCodeFailed, exitCode, Str::processFailed(exitCode)};
+    return {RowStatus::Done, 0, Str::rowDone()};
 }
 
 } // namespace ProcessorCommand

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "processor/ProcessorConfig.h"
-#include "ui/AppStrings.h"
+#include "run/RowStatus.h"
 
 #include <QProcess>
 #include <QString>
@@ -21,9 +21,10 @@ QStringList arguments(const QString &input, const QString &output, const QString
 // first on PATH, so that its libraries are found.
 QProcessEnvironment environment(const QString &executable);
 
-// Starts the executable in workDir, tied to this program's life (ChildProcessGuard), and
-// waits up to 5 s for it to start; false when it did not (process->errorString() says why).
-bool start(QProcess *process, const QString &executable, const QStringList &args, const QString &workDir);
+// Starts the executable in workDir without waiting for it: QProcess::started or errorOccurred
+// follow. Call adopt() once it has started, to tie it to this program's life (ChildProcessGuard).
+void launch(QProcess *process, const QString &executable, const QStringList &args, const QString &workDir);
+void adopt(QProcess *process);
 
 // Output as it arrives: UTF-8, or the local code page for bytes that are not; each line
 // trimmed, empty lines left out. A line cut across two chunks gives two lines.
@@ -31,7 +32,7 @@ QStringList outputLines(const QByteArray &bytes);
 
 // The end of a processor: Done for exit code 0, Crashed for a crash, else ExitCodeFailed.
 struct Outcome {
-    Str::RowStatus status = Str::RowStatus::Done;
+    RowStatus status = RowStatus::Done;
     int exitCode = 0;
     QString log; // the log text for it
 };

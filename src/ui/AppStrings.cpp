@@ -206,6 +206,14 @@ QString loopPlaybackTip()
 {
     return pick("对应 playlist.json 中的 play.loop", "Maps to play.loop in playlist.json");
 }
+QString processorsAtOnce() { return pick("同时运行的处理器:", "Processors at once:"); }
+QString processorsAtOnceTip()
+{
+    return pick("同时处理几张图片，每张由各自的处理器处理；多核电脑上更快。\n"
+                "若设为大于 1 后有图片处理失败，请改回 1。",
+                "How many pictures are processed side by side, each by a processor of its own; faster on a "
+                "computer with several cores.\nIf pictures fail with more than 1, go back to 1.");
+}
 QString saveLocation() { return pick("保存位置:", "Save location:"); }
 QString playlistDirPlaceholderLite()
 {

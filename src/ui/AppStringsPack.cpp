@@ -51,6 +51,17 @@ QString packOptionInterval()
     return pick("轮播间隔（分钟，3–50000，默认 30）。",
                 "Slideshow interval in minutes (3–50000, default 30).");
 }
+QString packOptionJobs()
+{
+    return pick("同时运行的处理器数（1 到本机核心数，默认 1）。若有图片处理失败，请改回 1。",
+                "Processors at once (1 to the number of cores, default 1). If pictures fail, go back to 1.");
+}
+QString packBadJobs(const QString &value, int most)
+{
+    return pick("处理器数必须是 1 到 %2 之间的整数: %1", "The processors at once must be 1 to %2: %1")
+        .arg(value)
+        .arg(most);
+}
 QString packOptionNoLoop() { return pick("不循环播放。", "Do not loop playback."); }
 QString packOptionList()
 {

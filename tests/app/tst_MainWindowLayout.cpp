@@ -38,7 +38,13 @@
 
 namespace {
 
-QList<QSpinBox *> intervalSpins(QWidget &root) { return root.findChildren<QSpinBox *>(); }
+// The interval's days, hours and minutes.
+QList<QSpinBox *> intervalSpins(QWidget &root)
+{
+    QList<QSpinBox *> spins = root.findChildren<QSpinBox *>();
+    spins.removeIf([](QSpinBox *spin) { return spin->toolTip() != Str::slideshowIntervalTip(); });
+    return spins;
+}
 
 } // namespace
 

@@ -46,6 +46,8 @@ private Q_SLOTS:
     void reloadingTheConfiguration();
     void choosingTheExecutableIsSavedAtOnce();
     void choosingTheWorkingDirectoryIsSavedAtOnce();
+    void theConfigurationDecidesOnceTheProcessorMoves();
+    void aProcessorChosenByHandCountsWhileItIsThere();
 
 private:
     QString makeProcessor(const QString &name, const QByteArray &manifest,
@@ -293,6 +295,41 @@ void TestMainWindowProcessor::choosingTheWorkingDirectoryIsSavedAtOnce()
                  .value("variant/lite/work_dir")
                  .toString(),
              QDir::toNativeSeparators(dir));
+}
+
+void TestMainWindowProcessor::theConfigurationDecidesOnceTheProcessorMoves()
+{
+    makeProcessor("folder_a", QByteArray());
+    {
+        MainWindow window;
+        QVERIFY(window.close());
+    }
+    // The processor is moved and the configuration follows it: the window runs the new one.
+    const QString b = makeProcessor("folder_b", QByteArray());
+    MainWindow window;
+    QCOMPARE(processorFields(window).at(1)->text(), QDir::toNativeSeparators(b + "/TARN-lite"));
+    QCOMPARE(processorFields(window).at(2)->text(), QDir::toNativeSeparators(b));
+}
+
+void TestMainWindowProcessor::aProcessorChosenByHandCountsWhileItIsThere()
+{
+    const QString dir = m_fixture->path("by_hand");
+    QDir().mkpath(dir);
+    QVERIFY(QFile::copy(WindowFixture::demoProcessor(), dir + "/TARN-lite"));
+    {
+        MainWindow window;
+        ModalAnswerer answerer(QMessageBox::Ok, [&](QWidget *dialog) {
+            ModalAnswerer::chooseInFileDialog(dialog, dir, QStringLiteral("TARN-lite"));
+        });
+        window.onBrowseExe();
+    }
+    {
+        MainWindow window;
+        QCOMPARE(processorFields(window).at(1)->text(), QDir::toNativeSeparators(dir + "/TARN-lite"));
+    }
+    QVERIFY(QFile::remove(dir + "/TARN-lite"));
+    MainWindow window;
+    QCOMPARE(processorFields(window).at(1)->text(), QDir::toNativeSeparators(WindowFixture::demoProcessor()));
 }
 
 QTEST_MAIN(TestMainWindowProcessor)
