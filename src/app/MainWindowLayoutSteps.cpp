@@ -185,6 +185,7 @@ QGroupBox *MainWindow::createStepCreatePlayback()
     auto *processorsRow = new QHBoxLayout;
     m_processorsLabel = new QLabel(Str::processorsAtOnce(), section);
     m_processorsSpin = new QSpinBox(section);
+    m_processorsSpin->setObjectName(QStringLiteral("processorsAtOnce"));
     m_processorsSpin->setRange(1, PackageJob::maxProcessorsAtOnce());
     for (QWidget *widget : std::initializer_list<QWidget *>{m_processorsLabel, m_processorsSpin})
         widget->setToolTip(Str::processorsAtOnceTip());

@@ -1,5 +1,6 @@
 #include "playlist/CardCopy.h"
 
+#include "playlist/FolderSwap.h"
 #include "playlist/PackageWriter.h"
 #include "ui/AppStrings.h"
 
@@ -7,7 +8,6 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QRandomGenerator>
 #include <QThread>
 
 #include <functional>
@@ -16,8 +16,6 @@ namespace {
 
 constexpr qint64 kChunkBytes = 1 << 20;
 const QString kPackageFolder = QStringLiteral("vl_play");
-
-QString randomSuffix() { return QString::number(QRandomGenerator::global()->generate(), 16); }
 
 // Reads a file in chunks and gives its SHA-256, writing each chunk on to copy when one is
 // given; empty on a fault (error says which, when asked) or a cancel.
@@ -131,9 +129,9 @@ CardCopy::Result CardCopy::copy(const QString &packageDir, const QString &cardRo
         result.bytes += file.size();
     result.files = int(files.size());
 
-    const QString partial = card.filePath(QStringLiteral(".vl_play.partial-") + randomSuffix());
+    FolderSwap swap(result.target, true);
     const auto fail = [&](const QString &reason) {
-        QDir(partial).removeRecursively();
+        swap.abandon();
         result.cancelled = cancel;
         if (!result.cancelled)
             result.error = reason;
@@ -145,8 +143,9 @@ CardCopy::Result CardCopy::copy(const QString &packageDir, const QString &cardRo
         result.error = problem;
         return result;
     }
-    if (!card.mkdir(QFileInfo(partial).fileName()))
+    if (!swap.create())
         return fail(Str::cardCannotWrite(QDir::toNativeSeparators(cardRoot)));
+    const QString partial = swap.partial();
 
     // The copy, then the read-back: the bar goes through both.
     const qint64 total = result.bytes * 2;
@@ -175,17 +174,14 @@ CardCopy::Result CardCopy::copy(const QString &packageDir, const QString &cardRo
         return fail(QString());
 
     // The swap: an old vl_play goes aside, the new one takes its name, the old one goes.
-    const QString aside = card.filePath(QStringLiteral(".vl_play.old-") + randomSuffix());
-    const bool hadOld = QFileInfo::exists(result.target);
-    if (hadOld && !QDir().rename(result.target, aside))
+    switch (swap.commit()) {
+    case FolderSwap::Result::Done:
+        break;
+    case FolderSwap::Result::OldNotMovedAside:
         return fail(Str::cardCannotReplace(QDir::toNativeSeparators(result.target)));
-    if (!QDir().rename(partial, result.target)) {
-        if (hadOld)
-            QDir().rename(aside, result.target);
+    case FolderSwap::Result::NewNotRenamed:
         return fail(Str::cardCannotWrite(QDir::toNativeSeparators(cardRoot)));
     }
-    if (hadOld)
-        QDir(aside).removeRecursively();
     result.ok = true;
     return result;
 }

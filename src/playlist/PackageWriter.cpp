@@ -1,12 +1,12 @@
 #include "playlist/PackageWriter.h"
 
 #include "playlist/FileWriter.h"
+#include "playlist/FolderSwap.h"
 #include "ui/AppStrings.h"
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QRandomGenerator>
 #include <QRegularExpression>
 
 namespace PackageWriter {
@@ -14,12 +14,6 @@ namespace PackageWriter {
 namespace {
 
 QString native(const QString &path) { return QDir::toNativeSeparators(path); }
-
-QString sibling(const QString &targetDir, const char *tag)
-{
-    const QString suffix = QString::number(QRandomGenerator::global()->generate64() & 0xffffffffffULL, 36);
-    return targetDir + QLatin1Char('.') + QLatin1String(tag) + QLatin1Char('-') + suffix;
-}
 
 // Why a folder cannot be made here: the system's reason for a file that cannot be created
 // beside it (QDir::mkdir gives none).
@@ -58,11 +52,12 @@ QString targetProblem(const QString &targetDir)
 
 // A failure after the new folder was made: it goes, the old package stays, and the message
 // says which of the two the user now has.
-QString abandon(const QString &partial, const QString &targetDir, const QString &message)
+QString abandon(FolderSwap *swap, const QString &message)
 {
-    QDir(partial).removeRecursively();
-    const QString outcome = QFileInfo(targetDir).isDir() ? Str::packageLeftUnchanged(native(targetDir))
-                                                         : Str::packageNothingWritten();
+    swap->abandon();
+    const QString outcome = QFileInfo(swap->target()).isDir()
+                                ? Str::packageLeftUnchanged(native(swap->target()))
+                                : Str::packageNothingWritten();
     return message + QStringLiteral("\n\n") + outcome;
 }
 
@@ -96,17 +91,17 @@ QString checkTarget(const QString &targetDir)
     const QString problem = targetProblem(target);
     if (!problem.isEmpty())
         return problem;
-    const QString probe = sibling(target, "partial");
-    if (!QDir().mkdir(probe)) {
+    FolderSwap probe(target, false); // the folder a package would be written into, made and removed
+    if (!probe.create()) {
         const QString parent = QFileInfo(target).absolutePath();
-        return Str::saveLocationNotWritable(native(parent), whyNotWritable(probe));
+        return Str::saveLocationNotWritable(native(parent), whyNotWritable(probe.partial()));
     }
     // A file can be made in it (an empty one: whether there is room is the export's to find).
-    QFile file(QDir(probe).filePath(QStringLiteral("probe")));
+    QFile file(QDir(probe.partial()).filePath(QStringLiteral("probe")));
     const bool writable = file.open(QIODevice::WriteOnly);
     const QString reason = file.errorString();
     file.close();
-    QDir(probe).removeRecursively();
+    probe.abandon();
     if (!writable)
         return Str::saveLocationNotWritable(native(QFileInfo(target).absolutePath()), reason);
     return QString();
@@ -119,22 +114,21 @@ QString write(const QString &targetDir, const QList<Frame> &frames, const QByteA
     if (!problem.isEmpty())
         return problem;
 
-    const QString partial = sibling(target, "partial");
-    if (!QDir().mkdir(partial))
-        return abandon(
-            partial, target,
-            Str::withReason(Str::playlistCannotCreateDir(native(target)), whyNotWritable(partial)));
+    FolderSwap swap(target, false);
+    if (!swap.create())
+        return abandon(&swap, Str::withReason(Str::playlistCannotCreateDir(native(target)),
+                                              whyNotWritable(swap.partial())));
 
     // Messages name the files as they will be in the package, not in the hidden new folder.
-    const QDir in(partial);
+    const QDir in(swap.partial());
     const QDir shown(target);
     QString reason;
     for (const Frame &frame : frames) {
         const QString source = QDir::fromNativeSeparators(frame.source);
         if (!QFileInfo::exists(source))
-            return abandon(partial, target, Str::playlistBinMissing(source));
+            return abandon(&swap, Str::playlistBinMissing(source));
         if (!FileWriter::copyAll(source, in.filePath(frame.name), &reason))
-            return abandon(partial, target,
+            return abandon(&swap,
                            Str::withReason(Str::copyFailed(source, shown.filePath(frame.name)), reason));
     }
     const QString json = QStringLiteral("playlist.json");
@@ -143,26 +137,20 @@ QString write(const QString &targetDir, const QList<Frame> &frames, const QByteA
         const QString shownJson = shown.filePath(json);
         const QString message = QFileInfo::exists(in.filePath(json)) ? Str::writePlaylistFailed(shownJson)
                                                                      : Str::playlistCannotOpenJson(shownJson);
-        return abandon(partial, target, Str::withReason(message, reason));
+        return abandon(&swap, Str::withReason(message, reason));
     }
 
-    // The swap: the old package aside, the new one in, the old one gone. Each rename is on one
-    // volume; if the second fails the first is undone.
-    QString old;
-    if (QFileInfo::exists(target)) {
-        old = sibling(target, "old");
-        if (!QDir().rename(target, old))
-            return abandon(partial, target, Str::packageCannotReplace(native(target), qt_error_string(-1)));
+    // The swap: the old package aside, the new one in, the old one gone.
+    QString why;
+    switch (swap.commit(&why)) {
+    case FolderSwap::Result::Done:
+        return QString();
+    case FolderSwap::Result::OldNotMovedAside:
+        return abandon(&swap, Str::packageCannotReplace(native(target), why));
+    case FolderSwap::Result::NewNotRenamed:
+        break;
     }
-    if (!QDir().rename(partial, target)) {
-        const QString why = qt_error_string(-1);
-        if (!old.isEmpty())
-            QDir().rename(old, target);
-        return abandon(partial, target, Str::withReason(Str::playlistCannotCreateDir(native(target)), why));
-    }
-    if (!old.isEmpty())
-        QDir(old).removeRecursively();
-    return QString();
+    return abandon(&swap, Str::withReason(Str::playlistCannotCreateDir(native(target)), why));
 }
 
 } // namespace PackageWriter
