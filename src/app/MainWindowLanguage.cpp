@@ -81,8 +81,9 @@ void MainWindow::relabelUnnamedLabels()
     for (QLabel *label : central->findChildren<QLabel *>()) {
         // Rows show file names and the control panels their own captions: a picture called
         // "Batch: summer.jpg" must keep its name.
+        // The processors' count has a label of its own, though its text names a processor.
         if ((m_imageTable && m_imageTable->isAncestorOf(label)) ||
-            qobject_cast<PreprocControlPanel *>(label->parentWidget()))
+            qobject_cast<PreprocControlPanel *>(label->parentWidget()) || label == m_processorsLabel)
             continue;
         const QString text = relabelFor(label->text());
         if (!text.isEmpty())

@@ -5,6 +5,7 @@
 #include "images/ImageTableWidget.h"
 #include "preprocess/PreprocWidget.h"
 #include "preprocess/Tone.h"
+#include "run/PackageJob.h"
 
 #include "FramedState.h"
 #include "HeicWriter.h"
@@ -18,6 +19,7 @@
 #include <QComboBox>
 #include <QDir>
 #include <QProcess>
+#include <QRegularExpression>
 #include <QTest>
 
 namespace {
@@ -41,6 +43,7 @@ private Q_SLOTS:
     void toneGivesTheWindowsPackage();
     void heicPicturesAreConvertedAsTheWindowDoes();
     void progressAndSummary();
+    void severalProcessorsGiveTheWindowsPackage();
     void usageErrors_data();
     void usageErrors();
     void keyForAnotherPanel();
@@ -197,6 +200,31 @@ void TestVeloraPack::progressAndSummary()
     QCOMPARE(PackageCheck::colours(m_fixture->path("cli/vl_play")), (QList<QColor>{Qt::red, Qt::blue}));
 }
 
+void TestVeloraPack::severalProcessorsGiveTheWindowsPackage()
+{
+    const QStringList pictures = addColours({Qt::red, Qt::green, Qt::blue, Qt::yellow, Qt::cyan});
+    runWindow();
+    const QString jobs = QString::number(qMin(3, PackageJob::maxProcessorsAtOnce()));
+    qputenv("TARN_SIM_SLEEP_MS", "300"); // so that the processors overlap
+    const Result result =
+        pack(QStringList{"--out", m_fixture->path("cli-jobs"), "--jobs", jobs, "--verbose"} + pictures);
+    qunsetenv("TARN_SIM_SLEEP_MS");
+    QVERIFY2(result.exitCode == 0, qPrintable(result.err));
+    QCOMPARE(TestFiles::contents(m_fixture->path("cli-jobs/vl_play")), TestFiles::contents(packageDir()));
+    // Each picture's block whole and in order, its progress line after it.
+    const QStringList lines = result.out.split('\n', Qt::SkipEmptyParts);
+    int last = -1;
+    for (int i = 0; i < pictures.size(); ++i) {
+        const int header =
+            int(lines.indexOf(QRegularExpression(QStringLiteral("^\\[.*\\] \\(%1/5\\) .*").arg(i + 1))));
+        const int progress = int(lines.indexOf(
+            QStringLiteral("[%1/5] %2: Done ✓").arg(i + 1).arg(QDir::toNativeSeparators(pictures.at(i)))));
+        QVERIFY2(header > last && progress > header, qPrintable(result.out));
+        QCOMPARE(lines.mid(header, progress - header).filter(QStringLiteral("  ✅ Done")).size(), 1);
+        last = progress;
+    }
+}
+
 void TestVeloraPack::usageErrors_data()
 {
     QTest::addColumn<QStringList>("arguments");
@@ -213,6 +241,8 @@ void TestVeloraPack::usageErrors_data()
                                  << "Unknown caption: poem (use none, date or name)";
     QTest::newRow("bad interval") << QStringList{"--out", "o", "--interval", "2", "."}
                                   << "The interval must be 3 to 50000 minutes: 2";
+    QTest::newRow("bad jobs") << QStringList{"--out", "o", "--jobs", "0", "."}
+                              << "The processors at once must be 1 to ";
     QTest::newRow("bad panel") << QStringList{"--out", "o", "--panel", "999", "."}
                                << "Unknown frame model: 999";
     QTest::newRow("unknown option") << QStringList{"--shiny"} << "Unknown option 'shiny'.";
