@@ -19,6 +19,7 @@
 
 namespace {
 constexpr int kStartTimeoutMs = 5000;
+constexpr int kMostProcessors = 64;
 constexpr int kRowsAhead = 2; // at least; one more than the processors at once with several
 } // namespace
 
@@ -63,10 +64,7 @@ PackageJob::~PackageJob()
 
 int PackageJob::maxProcessorsAtOnce() { return qMax(1, QThread::idealThreadCount()); }
 
-void PackageJob::setProcessorsAtOnce(int count)
-{
-    m_processorsAtOnce = qBound(1, count, maxProcessorsAtOnce());
-}
+void PackageJob::setProcessorsAtOnce(int count) { m_processorsAtOnce = qBound(1, count, kMostProcessors); }
 
 void PackageJob::insert(quint64 id, const JobPicture &picture, int index)
 {

@@ -66,6 +66,7 @@ public:
     // 1 by default; more run side by side. Takes effect as processors start.
     void setProcessorsAtOnce(int count);
     int processorsAtOnce() const { return m_processorsAtOnce; }
+    // What the window and velora-pack offer: as many as the computer has cores.
     static int maxProcessorsAtOnce();
 
     // The items. insert() adds a Pending item at index (at the end when out of range);
