@@ -87,13 +87,11 @@ JobPicture PackRun::preparedPicture(const PictureList::Picture &picture) const
 {
     JobPicture prepared{picture.path, QString(), QDir::toNativeSeparators(picture.path), picture.state};
     // A HEIC/HEIF picture goes through its converted copy, as in the window; a colour profile
-    // that cannot be used is said here, once.
+    // that cannot be used is said when it is converted, or else when the picture is rendered.
     ColourProfile::Problem problem = ColourProfile::Problem::None;
     const QString input = ImageLoader::resolveProcessorInputPath(picture.path, nullptr, &problem);
     if (!input.isEmpty() && QDir::fromNativeSeparators(input) != QDir::fromNativeSeparators(picture.path))
         prepared.heicCopy = input;
-    else if (picture.state.fillMode != FillMode::Direct)
-        (void)ImageLoader::load(picture.path, 64, &problem);
     if (problem != ColourProfile::Problem::None)
         m_err << Str::colourProfileWarning(QDir::toNativeSeparators(picture.path),
                                            problem == ColourProfile::Problem::Damaged)
@@ -151,6 +149,12 @@ int PackRun::run()
                                        QDir::toNativeSeparators(m_options.pictures.at(int(id) - 1).path),
                                        Str::rowStatusText(m_job->status(id), m_job->exitCode(id)))
               << Qt::endl;
+    });
+    QObject::connect(m_job, &PackageJob::colourProblem, m_job, [this](quint64 id, bool damaged) {
+        if (m_job->picture(id)->heicCopy.isEmpty()) // a converted one was said already
+            m_err << Str::colourProfileWarning(QDir::toNativeSeparators(m_options.pictures.at(int(id) - 1).path),
+                                               damaged)
+                  << Qt::endl;
     });
     if (m_options.verbose)
         QObject::connect(m_job, &PackageJob::logLine, m_job,

@@ -386,8 +386,11 @@ void PackageJob::startWhenRendered(Slot *slot)
         launch(slot, std::nullopt); // sent as it is
         return;
     }
-    if (const std::optional<QString> file = m_renderAhead->take(slot->id, slot->stamp)) {
+    ColourProfile::Problem problem = ColourProfile::Problem::None;
+    if (const std::optional<QString> file = m_renderAhead->take(slot->id, slot->stamp, &problem)) {
         slot->waitingForRender = false;
+        if (problem != ColourProfile::Problem::None)
+            emit colourProblem(slot->id, problem == ColourProfile::Problem::Damaged);
         launch(slot, *file);
         return;
     }

@@ -126,6 +126,9 @@ Q_SIGNALS:
     void statusChanged(quint64 id, RowStatus status, int exitCode);
     void itemStarted(quint64 id);
     void logLine(const QString &text);
+    // The picture's colour profile could not be used (damaged, or of a kind not converted): it
+    // was rendered as if it had none.
+    void colourProblem(quint64 id, bool damaged);
     // An item's end, once its log block is written whole: its place (1-based) in the items' order.
     void itemLogged(quint64 id, int number);
     void runFinished();

@@ -34,18 +34,21 @@ void RenderAheadQueue::request(quint64 rowId, const QByteArray &stamp, const Ren
         return; // asked for already
     discard(rowId);
     const quint64 ticket = m_nextTicket++;
-    m_renders.insert(rowId, Render{ticket, stamp, false, QString()});
+    m_renders.insert(rowId, Render{ticket, stamp, false, QString(), ColourProfile::Problem::None});
     const QString path =
         QDir(m_outputDir).filePath(QString::number(ticket) + QLatin1Char('/') + request.fileName);
     m_pool.start([this, rowId, ticket, request, path] {
-        const QString file = ExportRender::write(request, path);
+        ColourProfile::Problem problem = ColourProfile::Problem::None;
+        const QString file = ExportRender::write(request, path, &problem);
         // This queue outlives the render (its destructor waits for the pool).
         QMetaObject::invokeMethod(
-            this, [this, rowId, ticket, file] { finish(rowId, ticket, file); }, Qt::QueuedConnection);
+            this, [this, rowId, ticket, file, problem] { finish(rowId, ticket, file, problem); },
+            Qt::QueuedConnection);
     });
 }
 
-void RenderAheadQueue::finish(quint64 rowId, quint64 ticket, const QString &file)
+void RenderAheadQueue::finish(quint64 rowId, quint64 ticket, const QString &file,
+                              ColourProfile::Problem problem)
 {
     const QString folder = QDir(m_outputDir).filePath(QString::number(ticket));
     if (file.isEmpty())
@@ -61,15 +64,19 @@ void RenderAheadQueue::finish(quint64 rowId, quint64 ticket, const QString &file
     }
     render->finished = true;
     render->file = file;
+    render->problem = problem;
     Q_EMIT ready(rowId);
 }
 
-std::optional<QString> RenderAheadQueue::take(quint64 rowId, const QByteArray &stamp)
+std::optional<QString> RenderAheadQueue::take(quint64 rowId, const QByteArray &stamp,
+                                              ColourProfile::Problem *problem)
 {
     const auto render = m_renders.constFind(rowId);
     if (render == m_renders.constEnd() || !render->finished || render->stamp != stamp)
         return std::nullopt;
     const QString file = render->file;
+    if (problem)
+        *problem = render->problem;
     m_renders.erase(render);
     return file;
 }

@@ -28,7 +28,9 @@ public:
 
     void request(quint64 rowId, const QByteArray &stamp, const RenderRequest &request);
     bool has(quint64 rowId) const { return m_renders.contains(rowId); }
-    std::optional<QString> take(quint64 rowId, const QByteArray &stamp);
+    // colourProblem: what the render found wrong with the picture's colour profile.
+    std::optional<QString> take(quint64 rowId, const QByteArray &stamp,
+                                ColourProfile::Problem *colourProblem = nullptr);
     void discard(quint64 rowId);
     void clear();
 
@@ -41,9 +43,10 @@ private:
         QByteArray stamp;
         bool finished = false;
         QString file;
+        ColourProfile::Problem problem;
     };
 
-    void finish(quint64 rowId, quint64 ticket, const QString &file);
+    void finish(quint64 rowId, quint64 ticket, const QString &file, ColourProfile::Problem problem);
     static void removeRender(const QString &file, const QString &folder);
 
     QString m_outputDir;

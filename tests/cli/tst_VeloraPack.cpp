@@ -6,7 +6,9 @@
 #include "preprocess/PreprocWidget.h"
 #include "preprocess/Tone.h"
 #include "run/PackageJob.h"
+#include "ui/AppStrings.h"
 
+#include "ColourReference.h"
 #include "FramedState.h"
 #include "HeicWriter.h"
 #include "ModalAnswerer.h"
@@ -44,6 +46,7 @@ private Q_SLOTS:
     void heicPicturesAreConvertedAsTheWindowDoes();
     void progressAndSummary();
     void severalProcessorsGiveTheWindowsPackage();
+    void aDamagedColourProfileIsSaidOnce();
     void usageErrors_data();
     void usageErrors();
     void keyForAnotherPanel();
@@ -223,6 +226,18 @@ void TestVeloraPack::severalProcessorsGiveTheWindowsPackage()
         QCOMPARE(lines.mid(header, progress - header).filter(QStringLiteral("  ✅ Done")).size(), 1);
         last = progress;
     }
+}
+
+void TestVeloraPack::aDamagedColourProfileIsSaidOnce()
+{
+    const QString damaged = m_fixture->path("pictures-icc/damaged.jpg");
+    QVERIFY(TestFiles::write(damaged, ColourReference::jpegWithProfile(TestFiles::solidImage(400, 300, Qt::red),
+                                                                       QByteArray("acsp, but no profile"))));
+    const Result result = pack({"--out", m_fixture->path("cli-icc"), damaged});
+    QVERIFY2(result.exitCode == 0, qPrintable(result.err));
+    const QString warning = Str::colourProfileWarning(QDir::toNativeSeparators(damaged), true);
+    QCOMPARE(result.err.count(warning), 1);
+    QVERIFY(result.err.startsWith(warning)); // before the summary
 }
 
 void TestVeloraPack::usageErrors_data()
