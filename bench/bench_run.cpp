@@ -29,6 +29,7 @@
 #include <QTimer>
 
 #include <cstdio>
+#include <memory>
 
 namespace {
 
@@ -58,6 +59,35 @@ int benchPack(const QStringList &photos)
     std::printf("  --jobs 1                  %9.1f ms/picture\n", one / count);
     std::printf("  --jobs 2                  %9.1f ms/picture   ratio %.2f\n", two / count, two / one);
     return one > 0 && two > 0 ? 0 : 1;
+}
+
+// Sets "Processors at once", beyond the cores as a computer with that many would offer it.
+void setProcessors(MainWindow &window, int processors)
+{
+    auto *spin = window.findChild<QSpinBox *>(QStringLiteral("processorsAtOnce"));
+    spin->setMaximum(qMax(spin->maximum(), processors));
+    spin->setValue(processors);
+}
+
+// How long Stop, and then closing the window, hold the GUI thread one second into a run.
+void timeStopAndClose(BenchSetup &setup, const QStringList &photos, int processors, double *stopMs,
+                      double *closeMs)
+{
+    auto window = std::make_unique<MainWindow>();
+    setup.prepare(*window);
+    setProcessors(*window, processors);
+    window->addImageFiles(photos);
+    QElapsedTimer timer;
+    window->onStartProcess();
+    BenchSetup::waitFor(1000);
+    timer.start();
+    window->onStopProcess();
+    *stopMs = double(timer.nsecsElapsed()) / 1e6;
+    window->onStartProcess();
+    BenchSetup::waitFor(1000);
+    timer.start();
+    window.reset();
+    *closeMs = double(timer.nsecsElapsed()) / 1e6;
 }
 
 } // namespace
@@ -90,10 +120,7 @@ int main(int argc, char *argv[])
     {
         MainWindow window;
         setup.prepare(window);
-        // More processors than cores: as a computer with that many cores would offer them.
-        auto *spin = window.findChild<QSpinBox *>(QStringLiteral("processorsAtOnce"));
-        spin->setMaximum(qMax(spin->maximum(), processors));
-        spin->setValue(processors);
+        setProcessors(window, processors);
         window.addImageFiles(photos);
         // The run is timed alone: the rows' thumbnails are drawn first.
         PreviewRenderer *renderer = window.findChild<PreviewRenderer *>();
@@ -122,6 +149,10 @@ int main(int argc, char *argv[])
         done = int(log.count(QStringLiteral("  ✅ Done")));
     }
 
+    double stopMs = 0;
+    double closeMs = 0;
+    timeStopAndClose(setup, photos, processors, &stopMs, &closeMs);
+
     const int count = int(photos.size());
     const double wallPerRow = wallMs / count;
     const double processorPerRow = double(processorMs) / count;
@@ -131,5 +162,7 @@ int main(int argc, char *argv[])
                 wallPerRow, processorPerRow, wallPerRow / processorPerRow);
     std::printf("  tool overhead             %9.1f ms/row\n", wallPerRow - processorPerRow);
     std::printf("  longest event-loop gap    %9lld ms       (target <= 50)\n", gap);
+    std::printf("  Stop during a run         %9.1f ms       (target <= 100)\n", stopMs);
+    std::printf("  closing during a run      %9.1f ms       (target <= 100)\n", closeMs);
     return done == count ? 0 : 1;
 }

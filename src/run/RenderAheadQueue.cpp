@@ -5,26 +5,34 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QThread>
+#include <QMutex>
+#include <QThreadPool>
 
-namespace {
-constexpr int kRenderThreads = 2; // the rows after the one being processed
-} // namespace
+// The queue as its renders see it: null once the queue is gone, so that a render that ends
+// later removes its own file.
+struct RenderAheadQueue::Life {
+    QMutex mutex;
+    RenderAheadQueue *queue = nullptr;
+};
 
 RenderAheadQueue::RenderAheadQueue(const QString &outputDir, QObject *parent)
     : QObject(parent)
     , m_outputDir(outputDir)
+    , m_life(std::make_shared<Life>())
 {
-    m_pool.setMaxThreadCount(qMin(kRenderThreads, qMax(1, QThread::idealThreadCount())));
+    m_life->queue = this;
 }
 
 RenderAheadQueue::~RenderAheadQueue()
 {
-    m_pool.clear();
-    m_pool.waitForDone();
-    clear();
-    for (auto it = m_abandoned.cbegin(); it != m_abandoned.cend(); ++it)
-        QDir(it.value()).removeRecursively();
+    {
+        const QMutexLocker lock(&m_life->mutex);
+        m_life->queue = nullptr; // renders under way are not waited for: they clean up after themselves
+    }
+    for (auto it = m_renders.cbegin(); it != m_renders.cend(); ++it) {
+        if (it->finished)
+            removeRender(it->file, QDir(m_outputDir).filePath(QString::number(it->ticket)));
+    }
 }
 
 void RenderAheadQueue::request(quint64 rowId, const QByteArray &stamp, const RenderRequest &request)
@@ -37,12 +45,24 @@ void RenderAheadQueue::request(quint64 rowId, const QByteArray &stamp, const Ren
     m_renders.insert(rowId, Render{ticket, stamp, false, QString(), ColourProfile::Problem::None});
     const QString path =
         QDir(m_outputDir).filePath(QString::number(ticket) + QLatin1Char('/') + request.fileName);
-    m_pool.start([this, rowId, ticket, request, path] {
+    // On the application's pool, which the application waits for as it ends.
+    QThreadPool::globalInstance()->start([life = m_life, rowId, ticket, request, path] {
+        {
+            const QMutexLocker lock(&life->mutex);
+            if (!life->queue)
+                return; // the queue went before this began
+        }
         ColourProfile::Problem problem = ColourProfile::Problem::None;
         const QString file = ExportRender::write(request, path, &problem);
-        // This queue outlives the render (its destructor waits for the pool).
+        const QMutexLocker lock(&life->mutex);
+        if (!life->queue) {
+            removeRender(file, QFileInfo(path).absolutePath());
+            return;
+        }
+        // A call posted to a queue that is then destroyed is dropped with it.
+        RenderAheadQueue *queue = life->queue;
         QMetaObject::invokeMethod(
-            this, [this, rowId, ticket, file, problem] { finish(rowId, ticket, file, problem); },
+            queue, [queue, rowId, ticket, file, problem] { queue->finish(rowId, ticket, file, problem); },
             Qt::QueuedConnection);
     });
 }

@@ -7,8 +7,8 @@
 #include <QObject>
 #include <QSize>
 #include <QString>
-#include <QThreadPool>
 
+#include <memory>
 #include <optional>
 
 // Renders the export pictures of a run's next rows on worker threads, so that the processor
@@ -17,7 +17,9 @@
 // and only for the same stamp; ready() says when one has finished. Each render writes into a
 // folder of its own below the output folder, so two rows of the same file name never meet.
 // Renders that are not taken are discarded with their files (discard(), clear(), and the
-// destructor, which waits for the renders under way first).
+// destructor). The renders run on the application's pool (QThreadPool::globalInstance(), which
+// the application waits for as it ends); the destructor does not wait for those under way:
+// each removes its own file when it ends after its queue.
 class RenderAheadQueue : public QObject
 {
     Q_OBJECT
@@ -50,7 +52,8 @@ private:
     static void removeRender(const QString &file, const QString &folder);
 
     QString m_outputDir;
-    QThreadPool m_pool;
+    struct Life;
+    std::shared_ptr<Life> m_life;
     QHash<quint64, Render> m_renders;
     QHash<quint64, QString> m_abandoned; // ticket -> folder of renders still under way, dropped
     quint64 m_nextTicket = 1;

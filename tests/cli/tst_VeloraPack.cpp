@@ -231,8 +231,9 @@ void TestVeloraPack::severalProcessorsGiveTheWindowsPackage()
 void TestVeloraPack::aDamagedColourProfileIsSaidOnce()
 {
     const QString damaged = m_fixture->path("pictures-icc/damaged.jpg");
-    QVERIFY(TestFiles::write(damaged, ColourReference::jpegWithProfile(TestFiles::solidImage(400, 300, Qt::red),
-                                                                       QByteArray("acsp, but no profile"))));
+    QVERIFY(
+        TestFiles::write(damaged, ColourReference::jpegWithProfile(TestFiles::solidImage(400, 300, Qt::red),
+                                                                   QByteArray("acsp, but no profile"))));
     const Result result = pack({"--out", m_fixture->path("cli-icc"), damaged});
     QVERIFY2(result.exitCode == 0, qPrintable(result.err));
     const QString warning = Str::colourProfileWarning(QDir::toNativeSeparators(damaged), true);

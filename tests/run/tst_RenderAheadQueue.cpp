@@ -11,6 +11,7 @@
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QThreadPool>
 
 #include <cmath>
 
@@ -207,6 +208,8 @@ void TestRenderAheadQueue::destroyedWithRendersUnderWay()
             queue.request(row, "s", request(FillMode::CenterCrop));
         QTest::qWait(50);
     }
+    // The renders under way are not waited for: each removes its own file as it ends.
+    QThreadPool::globalInstance()->waitForDone();
     QCOMPARE(filesBelow(m_dir.filePath("out")), QStringList());
 }
 
