@@ -59,18 +59,12 @@ bool MainWindow::takeKeySnapshotForRun()
         m_runKey = KeySnapshot(); // no key: unencrypted, as without a run
         return true;
     }
+    // A key for another panel than the one the frames would be made for is refused.
     QString error;
-    const KeySnapshot key = KeySnapshot::read(path, &error);
+    const QString chosenType = m_panelTypeCombo ? m_panelTypeCombo->currentText().trimmed() : QString();
+    const KeySnapshot key = KeySnapshot::readForPanel(path, chosenType, &error);
     if (key.isNull()) {
         QMessageBox::warning(this, Str::keyFileProblemTitle(), error);
-        return false;
-    }
-    // A key for another panel than the one the frames would be made for is refused.
-    const QString keyType = key.guiPanelType();
-    const QString chosenType = m_panelTypeCombo ? m_panelTypeCombo->currentText().trimmed() : QString();
-    if (!keyType.isEmpty() && keyType != chosenType) {
-        QMessageBox::warning(this, Str::keyFileProblemTitle(),
-                             Str::keyFilePanelMismatch(key.path(), keyType, chosenType));
         return false;
     }
     m_runKey = key;

@@ -98,16 +98,6 @@ bool MainWindow::buildPlaylistRequest(PlaylistExportRequest *request, QString *m
 {
     if (!request)
         return false;
-    request->intervalMinutes = playlistIntervalMinutes();
-    request->loop = m_loopCheck && m_loopCheck->isChecked();
-    request->panel =
-        PlaylistExporter::panelFromGuiType(m_panelTypeCombo ? m_panelTypeCombo->currentText() : QString(),
-                                           m_customSizeEdit ? m_customSizeEdit->text() : QString());
-    request->frameNames.clear();
-    request->sourcePaths.clear();
-    request->encrypt = false;
-    request->accountUid.clear();
-    request->deviceIds.clear();
 
     // The device key file: its panel wins over the combo box, and it switches encryption on.
     // After a run the package is made from the key the run read (its frames were made with
@@ -117,18 +107,15 @@ bool MainWindow::buildPlaylistRequest(PlaylistExportRequest *request, QString *m
         m_runKey
             ? *m_runKey
             : (m_keyFileEdit && !keyFile.isEmpty() ? KeySnapshot::read(keyFile, nullptr) : KeySnapshot());
-    key.applyTo(request);
-    if (!request->panel.ok)
-        return false; // the caller shows the panel's own reason
-
-    // The frames are the Done rows' outputs, in table order; names stay contiguous, as rows
-    // without output take no number.
+    // The frames are the Done rows' outputs, in table order (PackageJob).
     QStringList missing;
     syncJob();
-    for (const QString &output : m_job->frames(&missing)) {
-        request->frameNames << PlaylistExporter::frameName(int(request->frameNames.size()));
-        request->sourcePaths << output;
-    }
+    *request = m_job->packageRequest(
+        PlaylistExporter::panelFromGuiType(m_panelTypeCombo ? m_panelTypeCombo->currentText() : QString(),
+                                           m_customSizeEdit ? m_customSizeEdit->text() : QString()),
+        playlistIntervalMinutes(), m_loopCheck && m_loopCheck->isChecked(), key, &missing);
+    if (!request->panel.ok)
+        return false; // the caller shows the panel's own reason
     const QString missingNames = missing.join(QLatin1Char('\n'));
     if (!request->frameNames.isEmpty()) {
         if (message && !missing.isEmpty())

@@ -50,18 +50,14 @@ bool PackRun::prepare(int *exitCode)
         return refuse(PackOptions::kProcessorMissing,
                       Str::exeNotFound(Str::appDisplayName(), ProcessorConfig::fileName()));
     if (!m_options.keyFile.isEmpty()) {
+        // The key names the panel; one given on the command line must be the same.
         QString error;
-        m_key = KeySnapshot::read(m_options.keyFile, &error);
+        m_key = KeySnapshot::readForPanel(m_options.keyFile,
+                                          m_options.panelGiven ? m_options.panelType : QString(), &error);
         if (m_key.isNull())
             return refuse(PackOptions::kKeyProblem, error);
-        // The key names the panel; one given on the command line must be the same.
-        const QString keyType = m_key.guiPanelType();
-        if (!keyType.isEmpty()) {
-            if (m_options.panelGiven && keyType != m_options.panelType)
-                return refuse(PackOptions::kKeyProblem,
-                              Str::keyFilePanelMismatch(m_key.path(), keyType, m_options.panelType));
-            m_options.panelType = keyType;
-        }
+        if (!m_key.guiPanelType().isEmpty())
+            m_options.panelType = m_key.guiPanelType();
     }
     const PanelSpec panel = PlaylistExporter::panelFromGuiType(m_options.panelType, QString());
     if (!panel.ok)
@@ -109,26 +105,19 @@ JobPicture PackRun::preparedPicture(const PictureList::Picture &picture) const
     return prepared;
 }
 
-int PackRun::writePackage(const QStringList &frames)
+int PackRun::writePackage()
 {
-    PlaylistExportRequest request;
+    PlaylistExportRequest request =
+        m_job->packageRequest(PlaylistExporter::panelFromGuiType(m_options.panelType, QString()),
+                              m_options.intervalMinutes, m_options.loop, m_key);
     request.outputDir = QDir(m_options.outputParent).filePath(kPackageFolder);
-    request.intervalMinutes = m_options.intervalMinutes;
-    request.loop = m_options.loop;
-    request.panel = PlaylistExporter::panelFromGuiType(m_options.panelType, QString());
-    request.encrypt = false;
-    m_key.applyTo(&request);
-    for (int i = 0; i < frames.size(); ++i) {
-        request.frameNames << PlaylistExporter::frameName(i);
-        request.sourcePaths << frames.at(i);
-    }
     const QString error = PlaylistExporter::exportPlaylist(request);
     if (!error.isEmpty()) {
         m_err << Str::playlistCreateFailed(error) << Qt::endl;
         return PackOptions::kNoPackage;
     }
-    m_err << Str::playlistCreatedLog(QDir::toNativeSeparators(request.outputDir), int(frames.size()),
-                                     request.intervalMinutes)
+    m_err << Str::playlistCreatedLog(QDir::toNativeSeparators(request.outputDir),
+                                     int(request.frameNames.size()), request.intervalMinutes)
           << Qt::endl;
     return PackOptions::kPackageWritten;
 }
@@ -152,8 +141,8 @@ int PackRun::run()
     });
     QObject::connect(m_job, &PackageJob::colourProblem, m_job, [this](quint64 id, bool damaged) {
         if (m_job->picture(id)->heicCopy.isEmpty()) // a converted one was said already
-            m_err << Str::colourProfileWarning(QDir::toNativeSeparators(m_options.pictures.at(int(id) - 1).path),
-                                               damaged)
+            m_err << Str::colourProfileWarning(
+                         QDir::toNativeSeparators(m_options.pictures.at(int(id) - 1).path), damaged)
                   << Qt::endl;
     });
     if (m_options.verbose)
@@ -164,11 +153,11 @@ int PackRun::run()
     if (m_job->start(m_key))
         loop.exec();
 
-    const QStringList frames = m_job->frames();
-    m_err << Str::allDone(int(frames.size()), total) << Qt::endl;
-    if (frames.isEmpty()) {
+    const int made = int(m_job->frames().size());
+    m_err << Str::allDone(made, total) << Qt::endl;
+    if (made == 0) {
         m_err << Str::noBinFiles() << Qt::endl;
         return PackOptions::kNoPackage;
     }
-    return writePackage(frames);
+    return writePackage();
 }

@@ -27,7 +27,7 @@ private:
     // The picture as the engine gets it: its HEIC/HEIF copy, its caption's text made for it,
     // and, with --auto-frame, its crop moved onto its faces.
     JobPicture preparedPicture(const PictureList::Picture &picture) const;
-    int writePackage(const QStringList &frames);
+    int writePackage();
 
     PackOptions m_options;
     QTextStream &m_out;

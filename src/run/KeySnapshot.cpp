@@ -106,6 +106,17 @@ QString KeySnapshot::pathForProcessor(const QString &stagingDir) const
     return copy;
 }
 
+KeySnapshot KeySnapshot::readForPanel(const QString &path, const QString &panelType, QString *error)
+{
+    const KeySnapshot key = read(path, error);
+    const QString keyType = key.guiPanelType();
+    if (key.isNull() || panelType.isEmpty() || keyType.isEmpty() || keyType == panelType)
+        return key;
+    if (error)
+        *error = Str::keyFilePanelMismatch(key.path(), keyType, panelType);
+    return KeySnapshot();
+}
+
 void KeySnapshot::applyTo(PlaylistExportRequest *request) const
 {
     if (isNull())

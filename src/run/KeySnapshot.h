@@ -17,6 +17,9 @@ public:
 
     // Reads and parses the file; on failure a null snapshot and the user-facing reason.
     static KeySnapshot read(const QString &path, QString *error);
+    // The same for a run that makes frames for panelType (a GUI type, "133"): a key that names
+    // another panel is refused too. An empty panelType takes whatever panel the key names.
+    static KeySnapshot readForPanel(const QString &path, const QString &panelType, QString *error);
 
     bool isNull() const { return m_path.isEmpty(); }
     QString path() const { return m_path; } // absolute, native separators

@@ -274,6 +274,21 @@ QStringList PackageJob::frames(QStringList *missingNames) const
     return frames;
 }
 
+PlaylistExportRequest PackageJob::packageRequest(const PanelSpec &panel, int intervalMinutes, bool loop,
+                                                 const KeySnapshot &key, QStringList *missingNames) const
+{
+    PlaylistExportRequest request;
+    request.intervalMinutes = intervalMinutes;
+    request.loop = loop;
+    request.panel = panel;
+    key.applyTo(&request);
+    // Names stay contiguous: items without a frame take no number.
+    request.sourcePaths = frames(missingNames);
+    for (int i = 0; i < request.sourcePaths.size(); ++i)
+        request.frameNames << PlaylistExporter::frameName(i);
+    return request;
+}
+
 QString PackageJob::keyPathForRun() const
 {
     return m_key.isNull() ? QString() : m_key.pathForProcessor(m_keyDir);

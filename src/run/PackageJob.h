@@ -1,5 +1,6 @@
 #pragma once
 
+#include "playlist/PlaylistExporter.h"
 #include "preprocess/ImagePreprocess.h"
 #include "processor/ProcessorSetup.h"
 #include "run/KeySnapshot.h"
@@ -121,6 +122,11 @@ public:
 
     // The package: the Done items' outputs in order, and the names of the items without one.
     QStringList frames(QStringList *missingNames = nullptr) const;
+    // The request that writes it: those outputs as frame_000.bin, … in order, made for panel (the
+    // key's own panel wins) with the key's encryption, account and device, and the slideshow's
+    // settings; the caller names its folder.
+    PlaylistExportRequest packageRequest(const PanelSpec &panel, int intervalMinutes, bool loop,
+                                         const KeySnapshot &key, QStringList *missingNames = nullptr) const;
 
 Q_SIGNALS:
     void statusChanged(quint64 id, RowStatus status, int exitCode);
