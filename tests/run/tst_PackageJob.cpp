@@ -6,6 +6,8 @@
 #include "ui/AppStrings.h"
 #include "ui/UiLanguage.h"
 
+#include "FilesBelow.h"
+
 #include <QDir>
 #include <QFileInfo>
 #include <QImage>
@@ -17,16 +19,12 @@ namespace {
 
 const QString kProcessor = QStringLiteral(VELORA_DEMO_PROCESSOR);
 
-QStringList filesBelow(const QString &folder)
+QStringList namesBelow(const QString &folder)
 {
-    QStringList files;
-    for (const QFileInfo &entry : QDir(folder).entryInfoList(QDir::AllEntries | QDir::NoDotAndDotDot)) {
-        if (entry.isDir())
-            files << filesBelow(entry.filePath());
-        else
-            files << entry.fileName();
-    }
-    return files;
+    QStringList names;
+    for (const QString &path : filesBelow(folder))
+        names << QFileInfo(path).fileName();
+    return names;
 }
 
 } // namespace
@@ -256,7 +254,7 @@ void TestPackageJob::theNextPicturesAreRenderedAhead()
     QVERIFY(m_job->start(KeySnapshot()));
     // While the first picture's processor works, the next two pictures are rendered.
     const auto renderedAhead = [this] {
-        const QStringList files = filesBelow(m_dir->filePath("render"));
+        const QStringList files = namesBelow(m_dir->filePath("render"));
         return files.contains("p2_preproc.jpg") && files.contains("p3_preproc.jpg");
     };
     QTRY_VERIFY_WITH_TIMEOUT(renderedAhead() || m_job->status(1) != RowStatus::Processing, 10000);

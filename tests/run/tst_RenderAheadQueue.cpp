@@ -5,6 +5,7 @@
 #include "run/RenderAheadQueue.h"
 #include "ui/UiLanguage.h"
 
+#include "FilesBelow.h"
 #include "TestFiles.h"
 
 #include <QDir>
@@ -37,18 +38,6 @@ double psnr(const QImage &a, const QImage &b)
     }
     const double mse = sum / (3.0 * x.width() * x.height());
     return mse == 0 ? 99 : 10 * std::log10(255.0 * 255.0 / mse);
-}
-
-QStringList filesBelow(const QString &folder)
-{
-    QStringList files;
-    for (const QFileInfo &entry : QDir(folder).entryInfoList(QDir::AllEntries | QDir::NoDotAndDotDot)) {
-        if (entry.isDir())
-            files << filesBelow(entry.filePath());
-        else
-            files << entry.filePath();
-    }
-    return files;
 }
 
 } // namespace
