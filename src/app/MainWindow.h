@@ -73,7 +73,6 @@ public:
     static constexpr int kTempPreprocRole = Qt::UserRole + 2;
     static constexpr int kHeicCacheRole = Qt::UserRole + 3;
     static constexpr int kRowIdRole = Qt::UserRole + 4;       // the row's id, for its whole life
-    static constexpr int kOutputStampRole = Qt::UserRole + 5; // what its status was reached from
     static constexpr int kPlaylistFrameLimit = PlaylistExporter::kMaxFrames;
     static constexpr int kRowHeight = 140;
     static constexpr int kDefaultIntervalMinutes = 30;

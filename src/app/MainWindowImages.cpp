@@ -2,12 +2,12 @@
 // conversion, the row limit, and the rows themselves. The decoding runs on worker threads
 // (DecodeQueue); rows are made here, on the GUI thread, in the order of a serial add.
 #include "app/MainWindow.h"
-#include "ui/RowStatusCell.h"
 
 #include "images/DecodeQueue.h"
 #include "images/ImageLoader.h"
 #include "images/ImageTableWidget.h"
 #include "preprocess/PreprocWidget.h"
+#include "ui/RowStatusCell.h"
 
 #include <QCheckBox>
 #include <QCoreApplication>

@@ -1,11 +1,11 @@
 // Row identity: each row's id, and the run engine's items that follow the rows (their
 // pictures, states and order). A row whose input changes is Pending again (PackageJob).
 #include "app/MainWindow.h"
-#include "ui/RowStatusCell.h"
 
 #include "images/ImageTableWidget.h"
 #include "preprocess/PreprocWidget.h"
 #include "run/KeySnapshot.h"
+#include "ui/RowStatusCell.h"
 
 #include <QComboBox>
 #include <QFile>

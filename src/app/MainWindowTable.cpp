@@ -1,12 +1,12 @@
 // The image table: row order, selection, removal, row statuses and per-row temporary files.
 #include "app/MainWindow.h"
-#include "ui/RowStatusCell.h"
 
 #include "images/DecodeQueue.h"
 #include "images/FaceSearch.h"
 #include "images/ImageLoader.h"
 #include "images/ImageTableWidget.h"
 #include "preprocess/PreprocWidget.h"
+#include "ui/RowStatusCell.h"
 
 #include <QCheckBox>
 #include <QDir>
