@@ -8,8 +8,10 @@
 #include <QGuiApplication>
 #include <QTextStream>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstring>
+#include <memory>
 
 #ifdef Q_OS_WIN
 #include <windows.h>
@@ -27,6 +29,21 @@ void keepQtNotesQuiet(QtMsgType type, const QMessageLogContext &, const QString 
         std::fprintf(stderr, "%s\n", qPrintable(message));
 }
 
+// Whether a caption is to be drawn: its text needs fonts, which only a GUI application has. A
+// first reading of the command line, before any application exists; the real one follows.
+bool drawsCaptions(int argc, char *argv[])
+{
+    QStringList arguments;
+    for (int i = 1; i < argc; ++i)
+        arguments << QString::fromLocal8Bit(argv[i]);
+    QString error;
+    const std::optional<PackOptions> options = PackOptions::parse(arguments, &error);
+    return options && std::any_of(options->pictures.cbegin(), options->pictures.cend(),
+                                  [](const PictureList::Picture &picture) {
+                                      return picture.state.caption.kind != CaptionKind::None;
+                                  });
+}
+
 } // namespace
 
 int main(int argc, char *argv[])
@@ -37,13 +54,19 @@ int main(int argc, char *argv[])
 #ifdef Q_OS_WIN
     (void)SetConsoleOutputCP(65001); // UTF-8 on the console, for paths and the status marks
 #endif
+    // A core application, without widgets or a display. Only captions need more: their fonts
+    // come with a GUI application, which then runs on the platform that needs no display
+    // (unless told otherwise), as velora-pack has no window.
+    std::unique_ptr<QCoreApplication> application;
+    if (drawsCaptions(argc, argv)) {
 #ifndef Q_OS_WIN
-    // Captions are written with fonts, which need a GUI application, and this one has no
-    // window: it runs on the platform that needs no display, unless told otherwise.
-    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
+        if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
+            qputenv("QT_QPA_PLATFORM", "offscreen");
 #endif
-    QGuiApplication app(argc, argv);
+        application = std::make_unique<QGuiApplication>(argc, argv);
+    } else {
+        application = std::make_unique<QCoreApplication>(argc, argv);
+    }
     QCoreApplication::setApplicationName(QStringLiteral("Velora Offline Tool"));
     QCoreApplication::setOrganizationName(QStringLiteral("PLABRUB"));
     QCoreApplication::setApplicationVersion(QStringLiteral(VELORA_VERSION));
@@ -53,7 +76,8 @@ int main(int argc, char *argv[])
     QTextStream out(stdout);
     QTextStream err(stderr);
     QString error;
-    const std::optional<PackOptions> options = PackOptions::parse(app.arguments().mid(1), &error);
+    const std::optional<PackOptions> options =
+        PackOptions::parse(QCoreApplication::arguments().mid(1), &error);
     if (!options) {
         err << error << Qt::endl << Str::packSeeHelp() << Qt::endl;
         return PackOptions::kUsageError;

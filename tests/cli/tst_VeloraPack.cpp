@@ -47,6 +47,7 @@ private Q_SLOTS:
     void progressAndSummary();
     void severalProcessorsGiveTheWindowsPackage();
     void aDamagedColourProfileIsSaidOnce();
+    void needsNoDisplayWithoutCaptions();
     void usageErrors_data();
     void usageErrors();
     void keyForAnotherPanel();
@@ -239,6 +240,23 @@ void TestVeloraPack::aDamagedColourProfileIsSaidOnce()
     const QString warning = Str::colourProfileWarning(QDir::toNativeSeparators(damaged), true);
     QCOMPARE(result.err.count(warning), 1);
     QVERIFY(result.err.startsWith(warning)); // before the summary
+}
+
+void TestVeloraPack::needsNoDisplayWithoutCaptions()
+{
+    // Told to use a platform that needs a display, where there is none: a GUI application could
+    // not start, a core application never asks.
+    const QStringList pictures = addColours({Qt::red});
+    const QByteArray platform = qgetenv("QT_QPA_PLATFORM");
+    const QByteArray display = qgetenv("DISPLAY");
+    qputenv("QT_QPA_PLATFORM", "xcb");
+    qunsetenv("DISPLAY");
+    const Result result = pack({"--out", m_fixture->path("cli-core"), pictures.first()});
+    qputenv("QT_QPA_PLATFORM", platform);
+    if (!display.isEmpty())
+        qputenv("DISPLAY", display);
+    QVERIFY2(result.exitCode == 0, qPrintable(result.err));
+    QCOMPARE(PackageCheck::colours(m_fixture->path("cli-core/vl_play")), QList<QColor>{Qt::red});
 }
 
 void TestVeloraPack::usageErrors_data()
