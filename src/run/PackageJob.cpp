@@ -461,7 +461,11 @@ void PackageJob::launch(Slot *slot, const std::optional<QString> &rendered)
         ProcessorCommand::adopt(process);
     });
     connect(process, &QProcess::errorOccurred, this, [this, slot, process](QProcess::ProcessError error) {
-        if (error == QProcess::FailedToStart && !slot->ended)
+        if (error != QProcess::FailedToStart || slot->ended)
+            return; // a processor that ran ends through finished
+        if (slot->stopped)
+            end(slot, RowStatus::Pending, 0, Str::rowStoppedPending());
+        else
             end(slot, RowStatus::StartFailed, 0, Str::processStartFailed(process->errorString()));
     });
     connect(process, &QProcess::finished, this,
