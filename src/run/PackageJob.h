@@ -152,6 +152,7 @@ private:
     void discardOutput(quint64 id);
     quint64 nextPending() const;
     int working() const; // items begun and not ended
+    bool isWorkingOn(quint64 id) const;
     int indexOf(quint64 id) const { return int(m_order.indexOf(id)); }
     bool requestRender(quint64 id);
     void renderAhead(quint64 id);
