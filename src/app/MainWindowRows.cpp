@@ -56,7 +56,7 @@ JobPicture MainWindow::jobPicture(int row) const
 void MainWindow::syncJobItem(int row) const
 {
     const quint64 id = rowId(row);
-    if (id == 0)
+    if (id == 0 || !m_job) // no engine any more: the window is being torn down
         return;
     if (m_job->contains(id))
         m_job->update(id, jobPicture(row));
@@ -118,7 +118,7 @@ void MainWindow::discardOutput(int row)
 void MainWindow::markRowChanged(int row)
 {
     const quint64 id = rowId(row);
-    if (id == 0)
+    if (id == 0 || !m_job)
         return;
     // The row being processed is judged when its processor ends (its stamp is compared then).
     syncJobItem(row);
