@@ -364,17 +364,21 @@ void PackageJob::stop()
 void PackageJob::drainStopped()
 {
     // A start right after a stop: the killed processors' ends are not waited for. Their items
-    // are settled now; the processes go once they have ended.
+    // are settled now; the processes go once they have ended. (end() releases ended slots, so
+    // the ones still to settle are taken first.)
+    std::vector<Slot *> stopped;
     for (const std::unique_ptr<Slot> &slot : m_slots) {
-        if (slot->ended)
-            continue;
+        if (!slot->ended)
+            stopped.push_back(slot.get());
+    }
+    for (Slot *slot : stopped) {
         if (slot->process) {
             slot->process->disconnect(this);
             slot->process->kill();
             connect(slot->process, &QProcess::finished, slot->process, &QObject::deleteLater);
             slot->process = nullptr;
         }
-        end(slot.get(), RowStatus::Pending, 0, Str::rowStoppedPending());
+        end(slot, RowStatus::Pending, 0, Str::rowStoppedPending());
     }
     releaseLogs();
 }

@@ -46,6 +46,7 @@ private Q_SLOTS:
     void theNextPicturesAreRenderedAhead();
     void severalProcessorsAtOnceLogWholeBlocksInOrder();
     void stopEndsEveryProcessor();
+    void aStartRightAfterAStopSettlesTheStoppedOnes();
 
 private:
     // A picture of its own colour, and the job's item for it.
@@ -311,6 +312,25 @@ void TestPackageJob::stopEndsEveryProcessor()
     QCOMPARE(m_log.count(QStringLiteral("  ■ Stopped; this picture is processed again at the next start")),
              2);
     QVERIFY(!m_job->isBusy());
+}
+
+void TestPackageJob::aStartRightAfterAStopSettlesTheStoppedOnes()
+{
+    addItems(3);
+    m_job->setProcessorsAtOnce(2);
+    qputenv("TARN_SIM_SLEEP_MS", "20000");
+    QVERIFY(m_job->start(KeySnapshot()));
+    QTRY_COMPARE(m_log.filter(QStringLiteral("| tarn-sim: quantising")).size(), 1);
+    QTRY_COMPARE(m_job->countWithStatus({RowStatus::Processing}), 2);
+    m_job->stop();
+    qunsetenv("TARN_SIM_SLEEP_MS");
+    // Without waiting for the killed processors to end.
+    m_started.clear();
+    QVERIFY(runToTheEnd());
+    QCOMPARE(m_log.count(QStringLiteral("  ■ Stopped; this picture is processed again at the next start")),
+             2);
+    QCOMPARE(m_started, (QList<quint64>{1, 2, 3}));
+    QCOMPARE(m_job->frames().size(), 3);
 }
 
 QTEST_GUILESS_MAIN(TestPackageJob)
