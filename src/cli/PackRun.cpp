@@ -150,7 +150,8 @@ int PackRun::run()
                          [this](const QString &line) { m_out << line << Qt::endl; });
     QEventLoop loop;
     QObject::connect(m_job, &PackageJob::runFinished, &loop, &QEventLoop::quit);
-    if (m_job->start(m_key))
+    // A run whose every picture ends at once (no working folder) is over before the loop begins.
+    if (m_job->start(m_key) && m_job->isRunning())
         loop.exec();
 
     const int made = int(m_job->frames().size());

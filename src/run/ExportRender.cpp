@@ -31,11 +31,15 @@ QImage image(const RenderRequest &request, ColourProfile::Problem *colourProblem
 
 QString write(const RenderRequest &request, const QString &path, ColourProfile::Problem *colourProblem)
 {
-    const QImage exported = image(request, colourProblem);
-    if (exported.isNull())
+    return save(image(request, colourProblem), path);
+}
+
+QString save(const QImage &composed, const QString &path)
+{
+    if (composed.isNull())
         return QString();
     QDir().mkpath(QFileInfo(path).absolutePath());
-    return ImageLoader::writeJpeg(exported, path) ? path : QString();
+    return ImageLoader::writeJpeg(composed, path) ? path : QString();
 }
 
 } // namespace ExportRender

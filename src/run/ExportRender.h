@@ -29,5 +29,7 @@ QImage image(const RenderRequest &request, ColourProfile::Problem *colourProblem
 // path, or an empty text when that fails.
 QString write(const RenderRequest &request, const QString &path,
               ColourProfile::Problem *colourProblem = nullptr);
+// A composed picture written so (its folder made first); path, or an empty text.
+QString save(const QImage &composed, const QString &path);
 
 } // namespace ExportRender

@@ -53,12 +53,13 @@ void RenderAheadQueue::request(quint64 rowId, const QByteArray &stamp, const Ren
                 return; // the queue went before this began
         }
         ColourProfile::Problem problem = ColourProfile::Problem::None;
-        const QString file = ExportRender::write(request, path, &problem);
+        const QImage composed = ExportRender::image(request, &problem);
+        // Written while the queue is known to be there, so that nothing is written into a
+        // render folder after its queue (and its window's folders) are gone.
         const QMutexLocker lock(&life->mutex);
-        if (!life->queue) {
-            removeRender(file, QFileInfo(path).absolutePath());
+        if (!life->queue)
             return;
-        }
+        const QString file = ExportRender::save(composed, path);
         // A call posted to a queue that is then destroyed is dropped with it.
         RenderAheadQueue *queue = life->queue;
         QMetaObject::invokeMethod(

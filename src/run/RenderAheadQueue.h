@@ -18,8 +18,8 @@
 // folder of its own below the output folder, so two rows of the same file name never meet.
 // Renders that are not taken are discarded with their files (discard(), clear(), and the
 // destructor). The renders run on the application's pool (QThreadPool::globalInstance(), which
-// the application waits for as it ends); the destructor does not wait for those under way:
-// each removes its own file when it ends after its queue.
+// the application waits for as it ends); the destructor does not wait for those under way
+// beyond the writing of one file: a render that ends after its queue writes nothing.
 class RenderAheadQueue : public QObject
 {
     Q_OBJECT

@@ -20,6 +20,9 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDir>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QProcess>
 #include <QRegularExpression>
 #include <QTest>
@@ -48,6 +51,7 @@ private Q_SLOTS:
     void severalProcessorsGiveTheWindowsPackage();
     void aDamagedColourProfileIsSaidOnce();
     void needsNoDisplayWithoutCaptions();
+    void aMissingWorkingFolderEndsAtOnce();
     void usageErrors_data();
     void usageErrors();
     void keyForAnotherPanel();
@@ -257,6 +261,48 @@ void TestVeloraPack::needsNoDisplayWithoutCaptions()
         qputenv("DISPLAY", display);
     QVERIFY2(result.exitCode == 0, qPrintable(result.err));
     QCOMPARE(PackageCheck::colours(m_fixture->path("cli-core/vl_play")), QList<QColor>{Qt::red});
+}
+
+void TestVeloraPack::aMissingWorkingFolderEndsAtOnce()
+{
+    // A copy of velora-pack beside a configuration whose working folder does not exist, and
+    // pictures sent as they are (no render to wait for): every picture fails at once, before the
+    // run's event loop begins.
+    const QString folder = m_fixture->path("nowork/bin");
+    QDir().mkpath(folder);
+    const QString copy = QDir(folder).filePath("velora-pack");
+    QVERIFY(QFile::copy(VELORA_PACK, copy));
+    const QJsonObject variant{{"executable", WindowFixture::demoProcessor()},
+                              {"work_dir", m_fixture->path("no-such-folder")}};
+    QVERIFY(
+        TestFiles::write(QDir(folder).filePath("tarngui_lite.json"),
+                         QJsonDocument(QJsonObject{{"variants", QJsonObject{{"lite", variant}}}}).toJson()));
+    const QStringList pictures = addColours({Qt::red, Qt::blue});
+    QJsonArray listed;
+    for (const QString &picture : pictures)
+        listed.append(QJsonObject{{"path", picture},
+                                  {"fill", "direct"},
+                                  {"rotation", 0},
+                                  {"focus_x", 0.5},
+                                  {"focus_y", 0.5},
+                                  {"zoom", 1.0}});
+    const QString list = m_fixture->path("nowork/list.json");
+    QVERIFY(
+        TestFiles::write(list, QJsonDocument(QJsonObject{{"format", "velora-picture-list"},
+                                                         {"version", 2},
+                                                         {"settings", QJsonObject{{"key_file", ""},
+                                                                                  {"panel", "133"},
+                                                                                  {"orientation", "portrait"},
+                                                                                  {"interval_minutes", 30},
+                                                                                  {"loop", true},
+                                                                                  {"save_location", ""}}},
+                                                         {"pictures", listed}})
+                                   .toJson()));
+    const Result result = pack({"--out", m_fixture->path("cli-nowork"), "--list", list}, copy, folder);
+    QVERIFY2(result.exitCode == 1, qPrintable(result.err));
+    QCOMPARE(result.out.count(": Failed"), 2);
+    QVERIFY2(result.err.startsWith("✅ All done! Success 0 / 2\n"), qPrintable(result.err));
+    QVERIFY(!QFileInfo::exists(m_fixture->path("cli-nowork/vl_play")));
 }
 
 void TestVeloraPack::usageErrors_data()

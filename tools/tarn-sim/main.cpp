@@ -17,6 +17,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <ctime>
 
 namespace {
 
@@ -73,12 +74,15 @@ bool envFlag(const char *name) { return qEnvironmentVariableIntValue(name) == 1;
 
 // The integer value of a set variable, or -1 when it is unset or not a number.
 // Works on the CPU for ms milliseconds, as a processor that computes does.
+// Works on the CPU until this process has used ms of it (std::clock: the process's CPU time;
+// on Windows, where it is the time since the start, as long as that), so that a busy machine
+// makes the stand-in slower, as it would a real processor.
 void keepBusy(int ms)
 {
-    QElapsedTimer busy;
-    busy.start();
+    const std::clock_t start = std::clock();
+    const std::clock_t ticks = std::clock_t(double(ms) * CLOCKS_PER_SEC / 1000.0);
     volatile quint64 sum = 0;
-    while (busy.elapsed() < ms) {
+    while (std::clock() - start < ticks) {
         for (quint64 i = 0; i < 100000; ++i)
             sum = sum + i * i;
     }
