@@ -10,7 +10,6 @@
 #include "ui/UiLanguage.h"
 
 #include <QMainWindow>
-#include <QProcess>
 #include <QSet>
 #include <QSettings>
 
@@ -47,9 +46,10 @@ struct PictureList;
 // SettingsLocation); a fresh object each call.
 std::unique_ptr<QSettings> appSettings();
 
-// The main window: owns all state of the tool, its three-step layout, the image table and the
-// processing run. Its member functions are spread over files named for the concern they
-// implement (MainWindow*.cpp).
+// The main window: owns all state of the tool, its three-step layout and the image table, and
+// drives the run engine (PackageJob), whose items follow the rows and whose reports it shows.
+// Its member functions are spread over files named for the concern they implement
+// (MainWindow*.cpp).
 //
 // Every row has an id of its own from the moment it is added; the processor's output of a
 // row is named by that id and lives in this window's own staging folder. A finished row
