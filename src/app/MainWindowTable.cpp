@@ -9,9 +9,6 @@
 #include "ui/RowStatusCell.h"
 
 #include <QCheckBox>
-#include <QDir>
-#include <QFile>
-#include <QFileInfo>
 #include <QLabel>
 #include <QMessageBox>
 #include <QPushButton>
@@ -164,11 +161,7 @@ void MainWindow::cleanupTempFile(int row)
         return;
     const QString path = item->data(kTempPreprocRole).toString();
     if (!path.isEmpty()) {
-        QFile::remove(path);
-        // A picture rendered ahead has a folder of its own in the render folder: it goes too.
-        const QString folder = QFileInfo(path).absolutePath();
-        if (QFileInfo(folder).absolutePath() == QFileInfo(renderDir()).absoluteFilePath())
-            QDir().rmdir(folder);
+        PackageJob::removeRender(path, renderDir());
         item->setData(kTempPreprocRole, QString());
     }
 }

@@ -200,16 +200,21 @@ QStringList PackageJob::arguments(quint64 id, const std::optional<QString> &rend
     return ProcessorCommand::arguments(input, outputPath(id), m_frame.panelType, m_setup.variant, keyPath);
 }
 
+RenderRequest PackageJob::renderRequest(const JobPicture &picture) const
+{
+    // A HEIC/HEIF picture renders from its converted copy while that is there.
+    const QString source =
+        !picture.heicCopy.isEmpty() && QFileInfo::exists(picture.heicCopy) ? picture.heicCopy : picture.path;
+    return RenderRequest{source, picture.state, m_frame.panel, m_frame.landscape,
+                         QFileInfo(picture.path).completeBaseName() + QStringLiteral("_preproc.jpg")};
+}
+
 std::optional<QString> PackageJob::renderNow(quint64 id, const QString &subfolder) const
 {
     const auto it = m_items.constFind(id);
     if (it == m_items.constEnd() || it->picture.state.fillMode == FillMode::Direct)
         return std::nullopt;
-    const JobPicture &picture = it->picture;
-    const QString source =
-        !picture.heicCopy.isEmpty() && QFileInfo::exists(picture.heicCopy) ? picture.heicCopy : picture.path;
-    const RenderRequest request{source, picture.state, m_frame.panel, m_frame.landscape,
-                                QFileInfo(picture.path).completeBaseName() + QStringLiteral("_preproc.jpg")};
+    const RenderRequest request = renderRequest(it->picture);
     return ExportRender::write(request,
                                QDir(QDir(m_renderDir).filePath(subfolder)).filePath(request.fileName));
 }

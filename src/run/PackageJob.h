@@ -3,6 +3,7 @@
 #include "playlist/PlaylistExporter.h"
 #include "preprocess/ImagePreprocess.h"
 #include "processor/ProcessorSetup.h"
+#include "run/ExportRender.h"
 #include "run/KeySnapshot.h"
 #include "run/RowStatus.h"
 
@@ -108,6 +109,8 @@ public:
     QStringList arguments(quint64 id, const std::optional<QString> &rendered, const QString &keyPath);
     // The item's picture rendered now, into renderDir/<subfolder>; none when it is sent as it is.
     std::optional<QString> renderNow(quint64 id, const QString &subfolder = QString()) const;
+    // Removes a rendered picture, and its own folder when that is directly in renderDir.
+    static void removeRender(const QString &file, const QString &renderDir);
 
     // The run. start() takes the key the whole run and its package are made from; false when
     // no item is Pending (nothing starts).
@@ -166,7 +169,7 @@ private:
     void releaseLogs();
     void drainStopped();
     void finishRun();
-    static void removeRender(const QString &file, const QString &renderDir);
+    RenderRequest renderRequest(const JobPicture &picture) const;
     QString processorInput(quint64 id);
     QString keyPathForRun() const;
 

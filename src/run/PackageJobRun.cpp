@@ -132,14 +132,7 @@ bool PackageJob::requestRender(quint64 id)
     const Item &item = m_items[id];
     if (item.picture.state.fillMode == FillMode::Direct)
         return false;
-    // A HEIC/HEIF picture renders from its converted copy while that is there.
-    const QString source = !item.picture.heicCopy.isEmpty() && QFileInfo::exists(item.picture.heicCopy)
-                               ? item.picture.heicCopy
-                               : item.picture.path;
-    const RenderRequest request{source, item.picture.state, m_frame.panel, m_frame.landscape,
-                                QFileInfo(item.picture.path).completeBaseName() +
-                                    QStringLiteral("_preproc.jpg")};
-    m_renderAhead->request(id, inputStamp(id, m_key.fingerprint()), request);
+    m_renderAhead->request(id, inputStamp(id, m_key.fingerprint()), renderRequest(item.picture));
     return true;
 }
 
