@@ -39,8 +39,8 @@ MainWindow::MainWindow(QWidget *parent)
     connect(m_job, &PackageJob::runFinished, this, &MainWindow::finishRun);
     ImageLoader::pruneHeicCache(ImageLoader::kHeicCacheLimitBytes);
     (void)Caption::font(Caption::kMinPixels); // the caption font is loaded here, before a worker draws
-    setupMenuBar();
     setupUI();
+    setupMenuBar(); // after the table, whose selection some of its actions work on
     loadProcessorConfig();
     loadSettings();
     retranslateUi();

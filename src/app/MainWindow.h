@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/Arrangement.h"
 #include "images/FaceDetector.h"
 #include "playlist/PlaylistExporter.h"
 #include "preprocess/ImagePreprocess.h"
@@ -72,7 +73,7 @@ public:
     static constexpr int kBaseDirRole = Qt::UserRole + 1;
     static constexpr int kTempPreprocRole = Qt::UserRole + 2;
     static constexpr int kHeicCacheRole = Qt::UserRole + 3;
-    static constexpr int kRowIdRole = Qt::UserRole + 4;       // the row's id, for its whole life
+    static constexpr int kRowIdRole = Qt::UserRole + 4; // the row's id, for its whole life
     static constexpr int kPlaylistFrameLimit = PlaylistExporter::kMaxFrames;
     static constexpr int kRowHeight = 140;
     static constexpr int kDefaultIntervalMinutes = 30;
@@ -173,6 +174,11 @@ public:
     QString writtenPackageDir() const;
     void updateCopyToCardButton();
 
+    // Arranging: the rows a move acts on (the selected ones, else the checked ones), and the
+    // table put into a new order (new row i shows old row from[i]; the selection follows).
+    QList<int> rowsToArrange() const;
+    void arrangeRows(const QList<int> &from);
+
     // Picture lists: the table, each row's state and the package settings in a file
     PictureList currentPictureList() const;
     bool savePictureList(const QString &path);
@@ -214,6 +220,13 @@ public Q_SLOTS:
     void onOpenList();
     void onSaveList();
     void onSaveListAs();
+    void onSortByDateTaken();
+    void onSortByName();
+    void onSortByFileDate();
+    void onReverseOrder();
+    void onShuffle();
+    void onMoveRowsUp();
+    void onMoveRowsDown();
 
 protected:
     void showEvent(QShowEvent *event) override;
@@ -230,6 +243,8 @@ private:
 
     void setupMenuBar();
     void setupFileMenu();
+    void setupArrangeMenu();
+    QList<Arrangement::Key> arrangementKeys() const;
     void rebuildRecentListsMenu();
     void rememberRecentList(const QString &path, bool keep);
     void applyListSettings(const PictureList &list);
@@ -299,6 +314,15 @@ private:
     QMenu *m_helpMenu = nullptr;
     QAction *m_actionAbout = nullptr;
     QAction *m_actionViewLog = nullptr;
+    QMenu *m_arrangeMenu = nullptr;
+    QAction *m_actionSortByDateTaken = nullptr;
+    QAction *m_actionSortByName = nullptr;
+    QAction *m_actionSortByFileDate = nullptr;
+    QAction *m_actionReverseOrder = nullptr;
+    QAction *m_actionShuffle = nullptr;
+    QAction *m_actionMoveRowsUp = nullptr;
+    QAction *m_actionMoveRowsDown = nullptr;
+    QAction *m_actionRemoveRows = nullptr;
 
     // Sections
     QLabel *m_introLabel = nullptr;

@@ -104,6 +104,18 @@ void MainWindow::retranslateUi()
         m_recentListsMenu->setTitle(Str::menuRecentLists());
     rebuildRecentListsMenu();
 
+    // 3. The Arrange menu.
+    if (m_arrangeMenu)
+        m_arrangeMenu->setTitle(Str::menuArrange());
+    setTextIf(m_actionSortByDateTaken, Str::actionSortByDateTaken());
+    setTextIf(m_actionSortByName, Str::actionSortByName());
+    setTextIf(m_actionSortByFileDate, Str::actionSortByFileDate());
+    setTextIf(m_actionReverseOrder, Str::actionReverseOrder());
+    setTextIf(m_actionShuffle, Str::actionShuffle());
+    setTextIf(m_actionMoveRowsUp, Str::actionMoveRowsUp());
+    setTextIf(m_actionMoveRowsDown, Str::actionMoveRowsDown());
+    setTextIf(m_actionRemoveRows, Str::actionRemoveRows());
+
     // 4. Help menu.
     if (m_helpMenu)
         m_helpMenu->setTitle(Str::menuHelp());

@@ -2,12 +2,19 @@
 
 #include "images/CellWidgetDelegate.h"
 
+#include <QApplication>
 #include <QDragEnterEvent>
 #include <QDragMoveEvent>
 #include <QDropEvent>
 #include <QHeaderView>
 #include <QMimeData>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QScrollBar>
 #include <QUrl>
+
+#include <algorithm>
+#include <utility>
 
 ImageTableWidget::ImageTableWidget(int columns, QWidget *parent)
     : QTableWidget(0, columns, parent)
@@ -70,6 +77,113 @@ void ImageTableWidget::moveRow(int from, int to)
     }
     setUpdatesEnabled(true);
     viewport()->update();
+}
+
+void ImageTableWidget::permuteRows(const QList<int> &from)
+{
+    const int rows = rowCount();
+    if (from.size() != rows)
+        return;
+    // at[p]: the original row now at p; where[k]: where original row k is now.
+    QList<int> at(rows);
+    QList<int> where(rows);
+    for (int row = 0; row < rows; ++row)
+        at[row] = where[row] = row;
+    setUpdatesEnabled(false);
+    for (int row = 0; row < rows; ++row) {
+        const int now = where.value(from.at(row), -1);
+        if (now < 0 || now == row)
+            continue;
+        swapRows(row, now);
+        std::swap(at[row], at[now]);
+        where[at[row]] = row;
+        where[at[now]] = now;
+    }
+    setUpdatesEnabled(true);
+    viewport()->update();
+}
+
+QList<int> ImageTableWidget::selectedRowNumbers() const
+{
+    QList<int> rows;
+    for (const QModelIndex &index : selectionModel()->selectedIndexes())
+        rows << index.row();
+    std::sort(rows.begin(), rows.end());
+    rows.erase(std::unique(rows.begin(), rows.end()), rows.end());
+    return rows;
+}
+
+int ImageTableWidget::dropDestination(const QPoint &viewportPos) const
+{
+    const int row = rowAt(viewportPos.y());
+    if (row < 0)
+        return viewportPos.y() < 0 ? 0 : rowCount();
+    return viewportPos.y() > rowViewportPosition(row) + rowHeight(row) / 2 ? row + 1 : row;
+}
+
+void ImageTableWidget::mousePressEvent(QMouseEvent *event)
+{
+    // A press on a selected row, without a modifier, may begin a move: the selection stays.
+    const int row = rowAt(event->position().toPoint().y());
+    m_movePressed = event->button() == Qt::LeftButton && event->modifiers() == Qt::NoModifier && row >= 0 &&
+                    selectionModel()->isRowSelected(row, QModelIndex());
+    if (m_movePressed) {
+        m_rowPress = event->position().toPoint();
+        return;
+    }
+    QTableWidget::mousePressEvent(event);
+}
+
+void ImageTableWidget::mouseMoveEvent(QMouseEvent *event)
+{
+    if (!m_movePressed) {
+        QTableWidget::mouseMoveEvent(event);
+        return;
+    }
+    const QPoint pos = event->position().toPoint();
+    if (m_moveDestination < 0 && (pos - m_rowPress).manhattanLength() < QApplication::startDragDistance())
+        return;
+    if (pos.y() < 0 || pos.y() > viewport()->height()) // beyond an edge: the view scrolls on
+        verticalScrollBar()->setValue(verticalScrollBar()->value() + (pos.y() < 0 ? -20 : 20));
+    m_moveDestination = dropDestination(pos);
+    viewport()->setCursor(Qt::ClosedHandCursor);
+    viewport()->update();
+}
+
+void ImageTableWidget::mouseReleaseEvent(QMouseEvent *event)
+{
+    if (!m_movePressed) {
+        QTableWidget::mouseReleaseEvent(event);
+        return;
+    }
+    const int destination = std::exchange(m_moveDestination, -1);
+    m_movePressed = false;
+    viewport()->unsetCursor();
+    viewport()->update();
+    if (destination >= 0) {
+        Q_EMIT rowsDragged(selectedRowNumbers(), destination);
+        return;
+    }
+    // A click on a selected row that did not move: that row alone is selected, as elsewhere.
+    const QModelIndex index = indexAt(m_rowPress);
+    if (index.isValid()) {
+        setCurrentIndex(index);
+        selectionModel()->select(index, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+    }
+}
+
+void ImageTableWidget::paintEvent(QPaintEvent *event)
+{
+    QTableWidget::paintEvent(event);
+    if (m_moveDestination < 0 || rowCount() == 0)
+        return;
+    // Where the moved rows will go: a line between two rows.
+    const int last = rowCount() - 1;
+    const int y = m_moveDestination <= last ? rowViewportPosition(m_moveDestination)
+                                            : rowViewportPosition(last) + rowHeight(last) - 2;
+    QPainter painter(viewport());
+    painter.setPen(QPen(palette().color(QPalette::Highlight), 3));
+    painter.drawLine(0, y, viewport()->width(), y);
 }
 
 void ImageTableWidget::acceptUrlDrag(QDropEvent *event)

@@ -6,9 +6,10 @@
 #include <functional>
 
 // The table of pictures, in playback order. It accepts files dropped from outside (on itself
-// or its viewport) and reports them; it never reorders rows by dragging. swapRows and moveRow
-// move rows together with their items, and hand what items cannot carry (cell widgets) to
-// the owner's swap handler.
+// or its viewport) and reports them. Selected rows dragged with the mouse within it (pressed
+// on a selected row; a line shows where they go) are reported too (rowsDragged) and moved by
+// the owner. swapRows, moveRow and permuteRows move rows together with their items, and hand
+// what items cannot carry (cell widgets) to the owner's swap handler.
 class ImageTableWidget : public QTableWidget
 {
     Q_OBJECT
@@ -19,18 +20,34 @@ public:
     void setSwapRowContentHandler(std::function<void(int, int)> handler);
     void swapRows(int a, int b);
     void moveRow(int from, int to);
+    // Row i takes what row from[i] holds (from: a permutation of 0..rowCount()-1).
+    void permuteRows(const QList<int> &from);
+    // The rows with a selected cell, in table order.
+    QList<int> selectedRowNumbers() const;
 
 Q_SIGNALS:
     void externalFilesDropped(const QStringList &paths);
+    // The selected rows were dragged before row destination (rowCount(): to the end).
+    void rowsDragged(const QList<int> &rows, int destination);
 
 protected:
     void dragEnterEvent(QDragEnterEvent *event) override;
     void dragMoveEvent(QDragMoveEvent *event) override;
     void dropEvent(QDropEvent *event) override;
     bool eventFilter(QObject *watched, QEvent *event) override;
+    void mousePressEvent(QMouseEvent *event) override;
+    void mouseMoveEvent(QMouseEvent *event) override;
+    void mouseReleaseEvent(QMouseEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
 
 private:
     void acceptUrlDrag(QDropEvent *event);
+    int dropDestination(const QPoint &viewportPos) const;
 
     std::function<void(int, int)> m_swapHandler;
+    // A move of the selected rows by the mouse: where it was pressed, and once it has gone far
+    // enough, where the rows would go (-1 before).
+    bool m_movePressed = false;
+    QPoint m_rowPress;
+    int m_moveDestination = -1;
 };

@@ -500,4 +500,15 @@ QString packProgressLine(int number, int total, const QString &path, const QStri
 using RowStatus = ::RowStatus;
 QString rowStatusText(RowStatus status, int exitCode = 0);
 
+// --- Arranging the table: moving, sorting, undo ---
+QString menuArrange();
+QString actionSortByDateTaken();
+QString actionSortByName();
+QString actionSortByFileDate();
+QString actionReverseOrder();
+QString actionShuffle();
+QString actionMoveRowsUp();
+QString actionMoveRowsDown();
+QString actionRemoveRows();
+
 } // namespace Str

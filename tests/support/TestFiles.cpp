@@ -70,6 +70,12 @@ QStringList makePictures(const QString &folder, int count, const QString &prefix
     return paths;
 }
 
+bool setModified(const QString &path, const QDateTime &when)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadWrite) && file.setFileTime(when, QFileDevice::FileModificationTime);
+}
+
 QImage markedImage(int width, int height)
 {
     QImage image = solidImage(width, height, Qt::blue);

@@ -2,6 +2,7 @@
 
 #include <QByteArray>
 #include <QColor>
+#include <QDateTime>
 #include <QImage>
 #include <QMap>
 #include <QPointF>
@@ -43,6 +44,9 @@ QImage photoLikeImage(int width, int height, quint32 seed);
 
 // A solid-colour RGB32 image.
 QImage solidImage(int width, int height, const QColor &colour);
+
+// Gives a file this time of its last change; false when it cannot.
+bool setModified(const QString &path, const QDateTime &when);
 
 // A JPEG of the image whose EXIF block says how to turn it for viewing (1..8, EXIF numbering).
 QByteArray jpegWithExifOrientation(const QImage &image, int orientation);

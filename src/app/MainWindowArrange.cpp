@@ -1,0 +1,116 @@
+// Arranging the table: rows moved by dragging or by Ctrl+Up/Down, the Arrange menu's sorts,
+// and Delete. A run goes on in the new order (its items are known by their ids).
+#include "app/MainWindow.h"
+
+#include "app/Arrangement.h"
+#include "images/ImageTableWidget.h"
+#include "preprocess/PreprocWidget.h"
+
+#include <QAction>
+#include <QFileInfo>
+#include <QItemSelection>
+#include <QMenu>
+#include <QMenuBar>
+#include <QRandomGenerator>
+
+#include <numeric>
+
+void MainWindow::setupArrangeMenu()
+{
+    // Texts come from retranslateUi. The moves and Delete act on the table (its selection), so
+    // their keys stay with the table and never reach a text field.
+    m_arrangeMenu = menuBar()->addMenu(QString());
+    const auto add = [this](QAction *&action, void (MainWindow::*slot)()) {
+        action = m_arrangeMenu->addAction(QString());
+        connect(action, &QAction::triggered, this, slot);
+    };
+    add(m_actionSortByDateTaken, &MainWindow::onSortByDateTaken);
+    add(m_actionSortByName, &MainWindow::onSortByName);
+    add(m_actionSortByFileDate, &MainWindow::onSortByFileDate);
+    add(m_actionReverseOrder, &MainWindow::onReverseOrder);
+    add(m_actionShuffle, &MainWindow::onShuffle);
+    m_arrangeMenu->addSeparator();
+    add(m_actionMoveRowsUp, &MainWindow::onMoveRowsUp);
+    add(m_actionMoveRowsDown, &MainWindow::onMoveRowsDown);
+    add(m_actionRemoveRows, &MainWindow::onRemoveSelected);
+    m_actionMoveRowsUp->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Up));
+    m_actionMoveRowsDown->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Down));
+    m_actionRemoveRows->setShortcut(QKeySequence::Delete);
+    for (QAction *action : {m_actionMoveRowsUp, m_actionMoveRowsDown, m_actionRemoveRows}) {
+        action->setShortcutContext(Qt::WidgetWithChildrenShortcut);
+        m_imageTable->addAction(action);
+    }
+    connect(m_imageTable, &ImageTableWidget::rowsDragged, this,
+            [this](const QList<int> &rows, int destination) {
+                arrangeRows(Arrangement::moved(m_imageTable->rowCount(), rows, destination));
+            });
+}
+
+QList<int> MainWindow::rowsToArrange() const
+{
+    const QList<int> selected = m_imageTable->selectedRowNumbers();
+    return selected.isEmpty() ? checkedRows() : selected;
+}
+
+void MainWindow::arrangeRows(const QList<int> &from)
+{
+    const int count = m_imageTable->rowCount();
+    QList<int> identity(count);
+    std::iota(identity.begin(), identity.end(), 0);
+    if (from.size() != count || from == identity)
+        return;
+    // The selection follows its rows.
+    QSet<quint64> selected;
+    for (int row : m_imageTable->selectedRowNumbers())
+        selected.insert(rowId(row));
+    const quint64 current = rowId(m_imageTable->currentRow());
+    m_imageTable->permuteRows(from);
+    QItemSelection selection;
+    for (int row = 0; row < count; ++row) {
+        if (selected.contains(rowId(row)))
+            selection.select(m_imageTable->model()->index(row, 0),
+                             m_imageTable->model()->index(row, m_imageTable->columnCount() - 1));
+    }
+    const int currentRow = rowForId(current);
+    if (currentRow >= 0)
+        m_imageTable->setCurrentCell(currentRow, FileColumn, QItemSelectionModel::NoUpdate);
+    m_imageTable->selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect);
+    syncJobOrder(); // a run goes on in the new order
+}
+
+QList<Arrangement::Key> MainWindow::arrangementKeys() const
+{
+    QList<Arrangement::Key> keys;
+    keys.reserve(m_imageTable->rowCount());
+    for (int row = 0; row < m_imageTable->rowCount(); ++row) {
+        const QTableWidgetItem *file = m_imageTable->item(row, FileColumn);
+        const PreprocWidget *widget = preprocWidgetAt(row);
+        const QString path = file ? file->data(kSourcePathRole).toString() : QString();
+        keys.append({file ? file->text() : QString(), widget ? widget->dateTaken() : QDateTime(),
+                     QFileInfo(path).lastModified()});
+    }
+    return keys;
+}
+
+void MainWindow::onSortByDateTaken() { arrangeRows(Arrangement::byDateTaken(arrangementKeys())); }
+
+void MainWindow::onSortByName() { arrangeRows(Arrangement::byName(arrangementKeys())); }
+
+void MainWindow::onSortByFileDate() { arrangeRows(Arrangement::byFileDate(arrangementKeys())); }
+
+void MainWindow::onReverseOrder() { arrangeRows(Arrangement::reversed(m_imageTable->rowCount())); }
+
+void MainWindow::onShuffle()
+{
+    arrangeRows(Arrangement::shuffled(m_imageTable->rowCount(), QRandomGenerator::global()));
+}
+
+void MainWindow::onMoveRowsUp()
+{
+    arrangeRows(Arrangement::stepped(m_imageTable->rowCount(), rowsToArrange(), -1));
+}
+
+void MainWindow::onMoveRowsDown()
+{
+    arrangeRows(Arrangement::stepped(m_imageTable->rowCount(), rowsToArrange(), 1));
+}
