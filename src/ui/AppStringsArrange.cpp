@@ -3,7 +3,7 @@
 
 namespace Str {
 
-QString menuArrange() { return pick("排列(&A)", "&Arrange"); }
+QString menuArrange() { return pick("排列(&A)", "Arrange(&A)"); }
 QString actionSortByDateTaken() { return pick("按拍摄日期排序", "Sort by Date Taken"); }
 QString actionSortByName() { return pick("按文件名排序", "Sort by File Name"); }
 QString actionSortByFileDate() { return pick("按文件日期排序", "Sort by File Date"); }

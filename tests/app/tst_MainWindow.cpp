@@ -86,9 +86,8 @@ void TestMainWindow::helpMenu()
 {
     MainWindow window;
     const QList<QAction *> menus = window.menuBar()->actions();
-    QCOMPARE(menus.size(), 2); // File (the picture lists), then Help
-    QCOMPARE(menus.at(1)->text(), QStringLiteral("Help(&H)"));
-    const QList<QAction *> actions = menus.at(1)->menu()->actions();
+    QCOMPARE(menus.constLast()->text(), QStringLiteral("Help(&H)")); // the last menu (their order: Lists)
+    const QList<QAction *> actions = menus.constLast()->menu()->actions();
     QCOMPARE(actions.size(), 3);
     QCOMPARE(actions.at(0)->text(), QStringLiteral("About(&A)"));
     QVERIFY(actions.at(1)->isSeparator());

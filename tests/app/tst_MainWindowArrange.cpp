@@ -65,7 +65,7 @@ void dragWithMouse(QWidget *viewport, const QPoint &from, const QPoint &to)
 QAction *menuAction(MainWindow &window, const QString &menu, const QString &text)
 {
     for (QAction *top : window.menuBar()->actions()) {
-        if (top->text().remove(QLatin1Char('&')) != menu || !top->menu())
+        if (!top->text().startsWith(menu) || !top->menu())
             continue;
         for (QAction *action : top->menu()->actions()) {
             if (action->text() == text)

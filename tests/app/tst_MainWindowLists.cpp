@@ -98,9 +98,10 @@ QStringList TestMainWindowLists::paths() const
 void TestMainWindowLists::fileMenuComesBeforeHelp()
 {
     const QList<QAction *> menus = m_window->menuBar()->actions();
-    QCOMPARE(menus.size(), 2);
+    QCOMPARE(menus.size(), 3);
     QCOMPARE(menus.at(0)->text(), QStringLiteral("File(&F)"));
-    QCOMPARE(menus.at(1)->text(), QStringLiteral("Help(&H)"));
+    QCOMPARE(menus.at(1)->text(), QStringLiteral("Arrange(&A)"));
+    QCOMPARE(menus.at(2)->text(), QStringLiteral("Help(&H)"));
     QVERIFY(fileAction("Open List…") && fileAction("Save List…") && fileAction("Save List As…"));
     QVERIFY(fileAction("Recent Lists"));
 
