@@ -114,10 +114,61 @@ QString PackageJob::outputPath(quint64 id) const
     return QDir::fromNativeSeparators(QDir(m_outputDir).filePath(name));
 }
 
+QString PackageJob::keptOutputPath(quint64 id, const QByteArray &stamp) const
+{
+    const QString name = QStringLiteral("out_%1.%2.bin")
+                             .arg(id, 6, 10, QLatin1Char('0'))
+                             .arg(QString::fromLatin1(stamp.left(16)));
+    return QDir::fromNativeSeparators(QDir(m_outputDir).filePath(name));
+}
+
 void PackageJob::discardOutput(quint64 id)
 {
-    if (id != 0)
-        QFile::remove(outputPath(id));
+    if (id == 0)
+        return;
+    const QString output = outputPath(id);
+    const QByteArray stamp = m_items.value(id).outputStamp;
+    if (!stamp.isEmpty() && QFileInfo::exists(output)) {
+        const QString kept = keptOutputPath(id, stamp);
+        QFile::remove(kept);
+        if (QFile::rename(output, kept))
+            return;
+    }
+    QFile::remove(output);
+}
+
+std::optional<PackageJob::Record> PackageJob::record(quint64 id) const
+{
+    const auto it = m_items.constFind(id);
+    if (it == m_items.constEnd())
+        return std::nullopt;
+    return *it;
+}
+
+void PackageJob::restore(quint64 id, const Record &record, int index)
+{
+    if (id == 0 || isWorkingOn(id))
+        return;
+    if (!m_items.contains(id))
+        insert(id, record.picture, index);
+    Item &item = m_items[id];
+    item.picture = record.picture;
+    const bool finished = record.status == RowStatus::Done && !record.outputStamp.isEmpty();
+    if (finished && item.outputStamp == record.outputStamp && QFileInfo::exists(outputPath(id))) {
+        setItemStatus(id, RowStatus::Done);
+        return;
+    }
+    discardOutput(id);
+    item.outputStamp.clear();
+    if (finished && QFile::rename(keptOutputPath(id, record.outputStamp), outputPath(id))) {
+        item.outputStamp = record.outputStamp;
+        setItemStatus(id, RowStatus::Done);
+        return;
+    }
+    // A failure comes back as it was; what was under way, or finished without its output, is
+    // to be done again.
+    const bool failed = isFailure(record.status) && record.status != RowStatus::Cancelled;
+    setItemStatus(id, failed ? record.status : RowStatus::Pending, failed ? record.exitCode : 0);
 }
 
 QByteArray PackageJob::inputStamp(quint64 id, const QByteArray &keyFingerprint) const

@@ -40,7 +40,8 @@ struct JobFrame {
 
 // The run engine, shared by the window and velora-pack. It keeps the package's pictures as
 // items, by id and in order, each with its status, and for a finished one the stamp of what
-// its output was made from; an item whose input changes is Pending again and its output goes.
+// its output was made from; an item whose input changes is Pending again and its output is set
+// aside (kept by its stamp, in case the item is put back as it was: restore()).
 // start() processes every Pending item in order with up to processorsAtOnce() processors at
 // once, rendering the next items' pictures ahead on worker threads (RenderAheadQueue), each
 // processor started without waiting (its start, a failure to start and a start that takes over
@@ -84,6 +85,18 @@ public:
     QList<quint64> order() const { return m_order; }
     bool contains(quint64 id) const { return m_items.contains(id); }
     const JobPicture *picture(quint64 id) const;
+
+    // An item as it is, and the item put back as it was (undo): at index when it is not held. A
+    // finished item comes back finished when the output made from its stamp is still kept;
+    // otherwise it is Pending.
+    struct Record {
+        JobPicture picture;
+        RowStatus status = RowStatus::Pending;
+        int exitCode = 0;
+        QByteArray outputStamp;
+    };
+    std::optional<Record> record(quint64 id) const;
+    void restore(quint64 id, const Record &record, int index = -1);
 
     RowStatus status(quint64 id) const;
     int exitCode(quint64 id) const;
@@ -143,16 +156,13 @@ Q_SIGNALS:
     void runFinished();
 
 private:
-    struct Item {
-        JobPicture picture;
-        RowStatus status = RowStatus::Pending;
-        int exitCode = 0;
-        QByteArray outputStamp;
-    };
+    using Item = Record;
     struct Slot;
 
     void setItemStatus(quint64 id, RowStatus status, int exitCode = 0);
+    // An output made from a known stamp is set aside under a name of its own; others are deleted.
     void discardOutput(quint64 id);
+    QString keptOutputPath(quint64 id, const QByteArray &stamp) const;
     quint64 nextPending() const;
     int working() const; // items begun and not ended
     bool isWorkingOn(quint64 id) const;

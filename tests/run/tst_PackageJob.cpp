@@ -47,6 +47,7 @@ private Q_SLOTS:
     void severalProcessorsAtOnceLogWholeBlocksInOrder();
     void stopEndsEveryProcessor();
     void aStartRightAfterAStopSettlesTheStoppedOnes();
+    void aRestoredItemIsDoneWithItsOwnOutputAgain();
 
 private:
     // A picture of its own colour, and the job's item for it.
@@ -331,6 +332,59 @@ void TestPackageJob::aStartRightAfterAStopSettlesTheStoppedOnes()
              2);
     QCOMPARE(m_started, (QList<quint64>{1, 2, 3}));
     QCOMPARE(m_job->frames().size(), 3);
+}
+
+void TestPackageJob::aRestoredItemIsDoneWithItsOwnOutputAgain()
+{
+    addItems(2);
+    QVERIFY(runToTheEnd());
+    QFile output(m_job->outputPath(1));
+    QVERIFY(output.open(QIODevice::ReadOnly));
+    const QByteArray made = output.readAll();
+    output.close();
+    const PackageJob::Record before = *m_job->record(1);
+
+    // Changed and made again: another output.
+    JobPicture changed = *m_job->picture(1);
+    changed.state.rotationDegrees = 90;
+    m_job->update(1, changed);
+    m_job->markChanged(1);
+    QCOMPARE(m_job->status(1), RowStatus::Pending);
+    QVERIFY(runToTheEnd());
+    QCOMPARE(m_job->status(1), RowStatus::Done);
+    const PackageJob::Record after = *m_job->record(1);
+    QVERIFY(after.outputStamp != before.outputStamp);
+
+    // Put back as it was: Done, with the output made from that state, and back again.
+    m_job->restore(1, before);
+    QCOMPARE(m_job->status(1), RowStatus::Done);
+    QCOMPARE(m_job->picture(1)->state.rotationDegrees, 0);
+    QVERIFY(output.open(QIODevice::ReadOnly));
+    QCOMPARE(output.readAll(), made);
+    output.close();
+    QCOMPARE(m_job->outputStamp(1), m_job->inputStamp(1, QByteArray()));
+    m_job->restore(1, after);
+    QCOMPARE(m_job->status(1), RowStatus::Done);
+    QCOMPARE(m_job->outputStamp(1), m_job->inputStamp(1, QByteArray()));
+
+    // Removed and put back at its place: Done with its output.
+    const PackageJob::Record second = *m_job->record(2);
+    m_job->remove(2);
+    QVERIFY(!QFileInfo::exists(m_job->outputPath(2)));
+    m_job->restore(2, second, 1);
+    QCOMPARE(m_job->order(), (QList<quint64>{1, 2}));
+    QCOMPARE(m_job->status(2), RowStatus::Done);
+    QCOMPARE(m_job->frames().size(), 2);
+
+    // Without its output, a finished item is to be made again; a failure stays one.
+    m_job->markChanged(2);
+    QVERIFY(
+        QFile::remove(QDir(m_dir->filePath("out")).entryInfoList({"out_000002.*.bin"}).value(0).filePath()));
+    m_job->restore(2, second);
+    QCOMPARE(m_job->status(2), RowStatus::Pending);
+    m_job->restore(2, PackageJob::Record{second.picture, RowStatus::ExitCodeFailed, 3, {}});
+    QCOMPARE(m_job->status(2), RowStatus::ExitCodeFailed);
+    QCOMPARE(m_job->exitCode(2), 3);
 }
 
 QTEST_GUILESS_MAIN(TestPackageJob)
