@@ -18,6 +18,7 @@
 #include <QMimeData>
 #include <QPlainTextEdit>
 #include <QScrollBar>
+#include <QUndoStack>
 #include <QUrl>
 
 const QString MainWindow::kTempPreprocDir = QStringLiteral("/tarngui_preproc");
@@ -48,6 +49,8 @@ MainWindow::MainWindow(QWidget *parent)
 
 MainWindow::~MainWindow()
 {
+    if (m_undoStack)
+        m_undoStack->disconnect(this); // it goes after the menus' actions
     saveSettings();
     // An adding under way stops; it returns as soon as its event loop does.
     stopAdding();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/Arrangement.h"
+#include "app/TableEdit.h"
 #include "images/FaceDetector.h"
 #include "playlist/PlaylistExporter.h"
 #include "preprocess/ImagePreprocess.h"
@@ -40,6 +41,7 @@ class QPlainTextEdit;
 class QProgressBar;
 class QPushButton;
 class QSpinBox;
+class QUndoStack;
 class ScratchFolders;
 struct PictureList;
 
@@ -77,6 +79,7 @@ public:
     static constexpr int kPlaylistFrameLimit = PlaylistExporter::kMaxFrames;
     static constexpr int kRowHeight = 140;
     static constexpr int kDefaultIntervalMinutes = 30;
+    static constexpr int kUndoSteps = 100;
 
     explicit MainWindow(QWidget *parent = nullptr);
     ~MainWindow() override;
@@ -175,9 +178,19 @@ public:
     void updateCopyToCardButton();
 
     // Arranging: the rows a move acts on (the selected ones, else the checked ones), and the
-    // table put into a new order (new row i shows old row from[i]; the selection follows).
+    // table put into a new order (new row i shows old row from[i]; the selection follows), an
+    // undo step named what.
     QList<int> rowsToArrange() const;
-    void arrangeRows(const QList<int> &from);
+    void arrangeRows(const QList<int> &from, const QString &what);
+
+    // Undo: the table as it is, whole; a change of it made a step of the undo stack (named
+    // text; nothing when the rows are as they were), or taken in without one; and the table
+    // put back as recorded.
+    TableRecord recordRows() const;
+    void recordTableChange(const QString &text);
+    void absorbTableChange(bool intoLastStep = false);
+    void restoreRows(const TableRecord &rows);
+    QUndoStack *undoStack() const { return m_undoStack; }
 
     // Picture lists: the table, each row's state and the package settings in a file
     PictureList currentPictureList() const;
@@ -244,6 +257,9 @@ private:
     void setupMenuBar();
     void setupFileMenu();
     void setupArrangeMenu();
+    void setupEditMenu();
+    void updateUndoActions();
+    RowRecord recordRow(int row) const;
     QList<Arrangement::Key> arrangementKeys() const;
     void rebuildRecentListsMenu();
     void rememberRecentList(const QString &path, bool keep);
@@ -294,6 +310,7 @@ private:
     void appendImageRows(const QList<QPair<PendingImage, DecodedPicture>> &images);
     void fillImageRow(int row, const QString &absolute, const QString &baseDir,
                       const DecodedPicture &picture);
+    void fillImageRow(int row, const RowRecord &record);
     static bool isReservedVariant(const QString &id);
     void onPlaylistIntervalPartChanged();
     void swapRowContent(int a, int b);
@@ -314,6 +331,12 @@ private:
     QMenu *m_helpMenu = nullptr;
     QAction *m_actionAbout = nullptr;
     QAction *m_actionViewLog = nullptr;
+    QMenu *m_editMenu = nullptr;
+    QAction *m_actionUndo = nullptr;
+    QAction *m_actionRedo = nullptr;
+    QUndoStack *m_undoStack = nullptr;
+    TableRecord m_undoBase; // the table as the last step left it
+    int m_undoPaused = 0;   // while above 0, changes are parts of a larger one
     QMenu *m_arrangeMenu = nullptr;
     QAction *m_actionSortByDateTaken = nullptr;
     QAction *m_actionSortByName = nullptr;

@@ -42,7 +42,8 @@ void MainWindow::setupArrangeMenu()
     }
     connect(m_imageTable, &ImageTableWidget::rowsDragged, this,
             [this](const QList<int> &rows, int destination) {
-                arrangeRows(Arrangement::moved(m_imageTable->rowCount(), rows, destination));
+                arrangeRows(Arrangement::moved(m_imageTable->rowCount(), rows, destination),
+                            Str::undoMovePictures());
             });
 }
 
@@ -52,7 +53,7 @@ QList<int> MainWindow::rowsToArrange() const
     return selected.isEmpty() ? checkedRows() : selected;
 }
 
-void MainWindow::arrangeRows(const QList<int> &from)
+void MainWindow::arrangeRows(const QList<int> &from, const QString &what)
 {
     const int count = m_imageTable->rowCount();
     QList<int> identity(count);
@@ -76,6 +77,7 @@ void MainWindow::arrangeRows(const QList<int> &from)
         m_imageTable->setCurrentCell(currentRow, FileColumn, QItemSelectionModel::NoUpdate);
     m_imageTable->selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect);
     syncJobOrder(); // a run goes on in the new order
+    recordTableChange(what);
 }
 
 QList<Arrangement::Key> MainWindow::arrangementKeys() const
@@ -92,25 +94,38 @@ QList<Arrangement::Key> MainWindow::arrangementKeys() const
     return keys;
 }
 
-void MainWindow::onSortByDateTaken() { arrangeRows(Arrangement::byDateTaken(arrangementKeys())); }
+void MainWindow::onSortByDateTaken()
+{
+    arrangeRows(Arrangement::byDateTaken(arrangementKeys()), Str::actionSortByDateTaken());
+}
 
-void MainWindow::onSortByName() { arrangeRows(Arrangement::byName(arrangementKeys())); }
+void MainWindow::onSortByName()
+{
+    arrangeRows(Arrangement::byName(arrangementKeys()), Str::actionSortByName());
+}
 
-void MainWindow::onSortByFileDate() { arrangeRows(Arrangement::byFileDate(arrangementKeys())); }
+void MainWindow::onSortByFileDate()
+{
+    arrangeRows(Arrangement::byFileDate(arrangementKeys()), Str::actionSortByFileDate());
+}
 
-void MainWindow::onReverseOrder() { arrangeRows(Arrangement::reversed(m_imageTable->rowCount())); }
+void MainWindow::onReverseOrder()
+{
+    arrangeRows(Arrangement::reversed(m_imageTable->rowCount()), Str::actionReverseOrder());
+}
 
 void MainWindow::onShuffle()
 {
-    arrangeRows(Arrangement::shuffled(m_imageTable->rowCount(), QRandomGenerator::global()));
+    arrangeRows(Arrangement::shuffled(m_imageTable->rowCount(), QRandomGenerator::global()),
+                Str::actionShuffle());
 }
 
 void MainWindow::onMoveRowsUp()
 {
-    arrangeRows(Arrangement::stepped(m_imageTable->rowCount(), rowsToArrange(), -1));
+    arrangeRows(Arrangement::stepped(m_imageTable->rowCount(), rowsToArrange(), -1), Str::undoMovePictures());
 }
 
 void MainWindow::onMoveRowsDown()
 {
-    arrangeRows(Arrangement::stepped(m_imageTable->rowCount(), rowsToArrange(), 1));
+    arrangeRows(Arrangement::stepped(m_imageTable->rowCount(), rowsToArrange(), 1), Str::undoMovePictures());
 }

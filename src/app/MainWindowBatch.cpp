@@ -80,7 +80,9 @@ int MainWindow::runBatchPreprocOnCheckedRows(const QString &title,
         QMessageBox::information(this, title, Str::selectImagesForBatch());
         return 0;
     }
-    return applyToRowWidgets(rows, title, &Str::batchApplyProgress, action);
+    const int changed = applyToRowWidgets(rows, title, &Str::batchApplyProgress, action);
+    recordTableChange(title);
+    return changed;
 }
 
 int MainWindow::applyFillToCheckedRows(FillMode mode)
@@ -170,7 +172,8 @@ void MainWindow::updatePreprocPanelSettings()
     applyToRowWidgets(
         rows, Str::frameSettingsProgressTitle(), &Str::frameSettingsProgress,
         [panel, landscape](PreprocWidget *widget) { widget->setFrameSettings(panel, landscape, false); });
-    revalidateRows(); // frames made for other settings, or with another key, are made again
+    revalidateRows();    // frames made for other settings, or with another key, are made again
+    absorbTableChange(); // framings that follow faces moved with the frame: not a step
 }
 
 void MainWindow::refreshPreprocLanguage()

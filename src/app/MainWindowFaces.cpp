@@ -20,6 +20,7 @@ int MainWindow::autoFrameCheckedRows()
     }
     QList<FaceSearch::Picture> unknown;
     int framed = 0;
+    ++m_undoPaused; // the rows framed now are one step, with those framed as their faces come
     for (int row : rows) {
         PreprocWidget *widget = preprocWidgetAt(row);
         if (!widget)
@@ -31,6 +32,8 @@ int MainWindow::autoFrameCheckedRows()
             unknown.append({rowId(row), widget->sourcePath()});
         }
     }
+    --m_undoPaused;
+    recordTableChange(Str::undoAutoFrame());
     if (framed > 0)
         appendLog(Str::batchAutoFrameApplied(framed));
     if (!unknown.isEmpty()) {
@@ -49,7 +52,9 @@ void MainWindow::onFacesFound(quint64 id, const PictureSubjects &subjects)
 {
     const int row = rowForId(id);
     if (PreprocWidget *widget = row >= 0 ? preprocWidgetAt(row) : nullptr) {
+        ++m_undoPaused; // part of the Auto-frame step (taken in when the search ends)
         widget->frameAroundSubjects(subjects, true);
+        --m_undoPaused;
         ++m_faceSearchFramed;
     }
     showFaceSearchProgress();
@@ -59,6 +64,7 @@ void MainWindow::onFaceSearchFinished()
 {
     if (m_faceSearchFramed > 0)
         appendLog(Str::batchAutoFrameApplied(m_faceSearchFramed));
+    absorbTableChange(true); // redoing the Auto-frame frames these rows too
     m_faceSearchFramed = 0;
     showFaceSearchProgress();
 }

@@ -272,6 +272,7 @@ void MainWindow::addImageFiles(const QStringList &paths)
                              Str::importSkippedPlaylistLimit(skipped, kPlaylistFrameLimit));
     }
     updateCount();
+    recordTableChange(Str::undoAddPictures());
     ImageLoader::releaseFreedMemory();
 }
 
@@ -326,9 +327,31 @@ void MainWindow::appendImageRows(const QList<QPair<PendingImage, DecodedPicture>
 void MainWindow::fillImageRow(int row, const QString &absolute, const QString &baseDir,
                               const DecodedPicture &picture)
 {
+    RowRecord record;
+    record.id = m_nextRowId++;
+    record.baseDir = baseDir;
+    record.heicCache = picture.heicCache;
+    record.thumbnail = thumbnailFor(picture.thumbnail);
+    record.content.sourcePath = absolute;
+    record.content.thumbnailSource = picture.preview;
+    record.content.state = PreprocState{defaultFillMode(), 0};
+    record.content.pictureSize = picture.pictureSize;
+    record.content.dateTaken = picture.dateTaken;
+    fillImageRow(row, record);
+    if (picture.subjects && picture.subjects->detected)
+        preprocWidgetAt(row)->frameAroundSubjects(*picture.subjects);
+    if (picture.colourProblem != ColourProfile::Problem::None)
+        appendLog(Str::colourProfileWarning(QFileInfo(absolute).fileName(),
+                                            picture.colourProblem == ColourProfile::Problem::Damaged));
+}
+
+void MainWindow::fillImageRow(int row, const RowRecord &record)
+{
+    const QString &absolute = record.content.sourcePath;
+    const QString &baseDir = record.baseDir;
     auto *select = new QTableWidgetItem;
     select->setFlags(Qt::ItemIsUserCheckable | Qt::ItemIsEnabled);
-    select->setCheckState(Qt::Unchecked);
+    select->setCheckState(record.checked ? Qt::Checked : Qt::Unchecked);
     select->setTextAlignment(Qt::AlignCenter);
     m_imageTable->setItem(row, SelectColumn, select);
 
@@ -338,26 +361,23 @@ void MainWindow::fillImageRow(int row, const QString &absolute, const QString &b
     file->setData(kSourcePathRole, absolute);
     file->setData(kBaseDirRole, baseDir);
     file->setData(kTempPreprocRole, QString());
-    file->setData(kHeicCacheRole, picture.heicCache);
-    file->setData(kRowIdRole, m_nextRowId++);
+    file->setData(kHeicCacheRole, record.heicCache);
+    file->setData(kRowIdRole, record.id);
     file->setToolTip(absolute);
     m_imageTable->setItem(row, FileColumn, file);
 
-    auto *widget = new PreprocWidget(absolute, picture.preview);
+    auto *widget = new PreprocWidget(absolute, record.content.thumbnailSource);
     widget->setPreviewRenderer(m_previewRenderer);
-    widget->setPictureSize(picture.pictureSize);
-    widget->setDateTaken(picture.dateTaken);
     // No redraw here: the widget draws its first thumbnail once the row is in place.
     widget->setFrameSettings(panelResolution(), isLandscapeOrientation(), false);
-    if (picture.subjects && picture.subjects->detected)
-        widget->frameAroundSubjects(*picture.subjects);
+    widget->setContent(record.content, false);
     widget->applyLanguage();
     connect(widget, &PreprocWidget::preprocessingChanged, this,
             [this, widget] { onRowPreprocessingChanged(widget); });
     m_imageTable->setCellWidget(row, FileColumn, widget);
 
     auto *thumb = new QLabel;
-    thumb->setPixmap(thumbnailFor(picture.thumbnail));
+    thumb->setPixmap(record.thumbnail);
     thumb->setAlignment(Qt::AlignCenter);
     thumb->setToolTip(Str::thumbOriginalTip());
     thumb->setAttribute(Qt::WA_TransparentForMouseEvents);
@@ -372,9 +392,6 @@ void MainWindow::fillImageRow(int row, const QString &absolute, const QString &b
     m_imageTable->setItem(row, StatusColumn, status);
 
     m_imageTable->setRowHeight(row, kRowHeight);
-    if (picture.colourProblem != ColourProfile::Problem::None)
-        appendLog(Str::colourProfileWarning(QFileInfo(absolute).fileName(),
-                                            picture.colourProblem == ColourProfile::Problem::Damaged));
 }
 
 void MainWindow::updateCount()

@@ -104,7 +104,10 @@ void MainWindow::retranslateUi()
         m_recentListsMenu->setTitle(Str::menuRecentLists());
     rebuildRecentListsMenu();
 
-    // 3. The Arrange menu.
+    // 3. The Edit and Arrange menus.
+    if (m_editMenu)
+        m_editMenu->setTitle(Str::menuEdit());
+    updateUndoActions();
     if (m_arrangeMenu)
         m_arrangeMenu->setTitle(Str::menuArrange());
     setTextIf(m_actionSortByDateTaken, Str::actionSortByDateTaken());

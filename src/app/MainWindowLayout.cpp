@@ -27,6 +27,7 @@ const QStringList kPanelTypes = {QStringLiteral("133"), QStringLiteral("070"), Q
 void MainWindow::setupMenuBar()
 {
     setupFileMenu();
+    setupEditMenu();
     setupArrangeMenu();
     // Texts come from retranslateUi.
     m_helpMenu = menuBar()->addMenu(QString());

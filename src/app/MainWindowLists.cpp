@@ -18,6 +18,7 @@
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QPointer>
+#include <QScopeGuard>
 #include <QSignalBlocker>
 
 namespace {
@@ -170,6 +171,13 @@ bool MainWindow::openPictureList(const QString &path)
                               QMessageBox::Yes | QMessageBox::No, QMessageBox::No) != QMessageBox::Yes)
         return false;
 
+    // The whole opening is one step (and the window may go while the pictures come).
+    const QPointer<MainWindow> alive(this);
+    ++m_undoPaused;
+    auto resume = qScopeGuard([alive] {
+        if (alive)
+            --alive->m_undoPaused;
+    });
     onClearAll();
     applyListSettings(*list);
     QStringList existing;
@@ -186,7 +194,6 @@ bool MainWindow::openPictureList(const QString &path)
     if (!list->keyFile.isEmpty() && !QFileInfo::exists(list->keyFile))
         missing.prepend(QDir::toNativeSeparators(list->keyFile));
 
-    const QPointer<MainWindow> alive(this);
     addImageFiles(existing); // the pictures come in as any adding brings them
     if (!alive)
         return false;
@@ -200,6 +207,9 @@ bool MainWindow::openPictureList(const QString &path)
     }
     m_listPath = listKey(path);
     rememberRecentList(path, true);
+    resume.dismiss();
+    --m_undoPaused;
+    recordTableChange(Str::undoOpenList());
     appendLog(Str::listOpenedLog(QDir::toNativeSeparators(m_listPath), m_imageTable->rowCount()));
     if (!missing.isEmpty()) {
         QStringList shown = missing.mid(0, kMissingNamesShown);

@@ -111,8 +111,9 @@ QByteArray MainWindow::currentKeyFingerprint() const
 
 void MainWindow::discardOutput(int row)
 {
-    if (rowId(row) != 0)
-        QFile::remove(resolveOutputPathsForRow(row));
+    // Set aside by the engine, in case the row is put back (undo).
+    if (m_job && rowId(row) != 0)
+        m_job->remove(rowId(row));
 }
 
 void MainWindow::markRowChanged(int row)
@@ -139,6 +140,7 @@ void MainWindow::onRowPreprocessingChanged(PreprocWidget *widget)
     for (int row = 0; m_imageTable && row < m_imageTable->rowCount(); ++row) {
         if (preprocWidgetAt(row) == widget) {
             markRowChanged(row);
+            recordTableChange(Str::undoChangePicture());
             return;
         }
     }

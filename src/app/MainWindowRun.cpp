@@ -31,6 +31,9 @@ void MainWindow::setListEditingEnabled(bool enabled)
     }
     if (m_recentListsMenu)
         m_recentListsMenu->setEnabled(enabled);
+    if (enabled)
+        absorbTableChange(); // what the run did to the rows is where the next step starts from
+    updateUndoActions();
     updateCopyToCardButton();
 }
 

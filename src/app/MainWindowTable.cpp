@@ -73,6 +73,7 @@ void MainWindow::moveTableRowUp(int row)
     m_imageTable->moveRow(row, row - 1);
     m_imageTable->selectRow(row - 1);
     syncJobOrder(); // a run goes on in the new order
+    recordTableChange(Str::undoMovePictures());
 }
 
 void MainWindow::moveTableRowDown(int row)
@@ -82,6 +83,7 @@ void MainWindow::moveTableRowDown(int row)
     m_imageTable->moveRow(row, row + 1);
     m_imageTable->selectRow(row + 1);
     syncJobOrder(); // a run goes on in the new order
+    recordTableChange(Str::undoMovePictures());
 }
 
 void MainWindow::swapRowContent(int a, int b)
@@ -134,6 +136,7 @@ void MainWindow::onRemoveSelected()
     if (m_selectAllCheck)
         m_selectAllCheck->setChecked(false);
     updateCount();
+    recordTableChange(Str::undoRemovePictures());
 }
 
 void MainWindow::onClearAll()
@@ -152,6 +155,7 @@ void MainWindow::onClearAll()
     }
     m_imageTable->setRowCount(0);
     updateCount(); // the select-all box is left as it is, unlike a removal
+    recordTableChange(Str::undoClearAll());
 }
 
 void MainWindow::cleanupTempFile(int row)

@@ -348,6 +348,30 @@ void PreprocWidget::swapContentWith(PreprocWidget *other)
     }
 }
 
+PreprocWidget::Content PreprocWidget::content() const
+{
+    return Content{m_sourcePath, m_thumbnailSource, m_state,          m_pictureSize,
+                   m_dateTaken,  m_subjects,        m_followsSubjects};
+}
+
+void PreprocWidget::setContent(const Content &content, bool redraw)
+{
+    const bool samePicture = content.sourcePath == m_sourcePath;
+    m_sourcePath = content.sourcePath;
+    m_thumbnailSource = content.thumbnailSource;
+    m_state = content.state;
+    m_pictureSize = content.pictureSize;
+    m_dateTaken = content.dateTaken;
+    m_subjects = content.subjects;
+    m_followsSubjects = content.followsSubjects;
+    if (!samePicture)
+        showSourceName();
+    m_controlPanel->setState(m_state);
+    updateMarks();
+    if (redraw)
+        updatePreview();
+}
+
 void PreprocWidget::applyLanguage()
 {
     m_controlPanel->applyLanguage();

@@ -87,6 +87,21 @@ public:
     void applyState(const PreprocState &state);
     void setFrameSettings(const QSize &panel, bool landscape, bool refresh);
     void swapContentWith(PreprocWidget *other);
+
+    // What the widget keeps of its picture, to be taken and given back whole (undo): all but
+    // the frame settings, which every row shares.
+    struct Content {
+        QString sourcePath;
+        CompactImage thumbnailSource;
+        PreprocState state;
+        QSize pictureSize;
+        QDateTime dateTaken;
+        std::optional<PictureSubjects> subjects;
+        bool followsSubjects = false;
+    };
+    Content content() const;
+    // Shows content (and with redraw, draws it again); nothing is emitted.
+    void setContent(const Content &content, bool redraw = true);
     void applyLanguage();
 
     // Renders the export picture into outputDir as "<base name>_preproc.jpg" and returns its

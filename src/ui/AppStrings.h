@@ -510,5 +510,16 @@ QString actionShuffle();
 QString actionMoveRowsUp();
 QString actionMoveRowsDown();
 QString actionRemoveRows();
+QString menuEdit();
+// "Undo" / "Undo <what>" (what: empty for none).
+QString actionUndo(const QString &what);
+QString actionRedo(const QString &what);
+QString undoAddPictures();
+QString undoRemovePictures();
+QString undoClearAll();
+QString undoMovePictures();
+QString undoChangePicture();
+QString undoAutoFrame();
+QString undoOpenList();
 
 } // namespace Str

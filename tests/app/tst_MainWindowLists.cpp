@@ -98,10 +98,11 @@ QStringList TestMainWindowLists::paths() const
 void TestMainWindowLists::fileMenuComesBeforeHelp()
 {
     const QList<QAction *> menus = m_window->menuBar()->actions();
-    QCOMPARE(menus.size(), 3);
+    QCOMPARE(menus.size(), 4);
     QCOMPARE(menus.at(0)->text(), QStringLiteral("File(&F)"));
-    QCOMPARE(menus.at(1)->text(), QStringLiteral("Arrange(&A)"));
-    QCOMPARE(menus.at(2)->text(), QStringLiteral("Help(&H)"));
+    QCOMPARE(menus.at(1)->text(), QStringLiteral("Edit(&E)"));
+    QCOMPARE(menus.at(2)->text(), QStringLiteral("Arrange(&A)"));
+    QCOMPARE(menus.at(3)->text(), QStringLiteral("Help(&H)"));
     QVERIFY(fileAction("Open List…") && fileAction("Save List…") && fileAction("Save List As…"));
     QVERIFY(fileAction("Recent Lists"));
 
