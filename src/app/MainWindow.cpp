@@ -14,6 +14,7 @@
 #include <QDialog>
 #include <QDragEnterEvent>
 #include <QDropEvent>
+#include <QLockFile>
 #include <QMessageBox>
 #include <QMimeData>
 #include <QPlainTextEdit>
@@ -51,6 +52,7 @@ MainWindow::~MainWindow()
 {
     if (m_undoStack)
         m_undoStack->disconnect(this); // it goes after the menus' actions
+    endSession();
     saveSettings();
     // An adding under way stops; it returns as soon as its event loop does.
     stopAdding();

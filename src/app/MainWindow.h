@@ -42,6 +42,9 @@ class QProgressBar;
 class QPushButton;
 class QSpinBox;
 class QUndoStack;
+class QLockFile;
+class QTimer;
+class SessionSaver;
 class ScratchFolders;
 struct PictureList;
 
@@ -192,6 +195,14 @@ public:
     void restoreRows(const TableRecord &rows);
     QUndoStack *undoStack() const { return m_undoStack; }
 
+    // The session: the table kept in the user's configuration folder as it changes, and opened
+    // again at the next start (startSession(), which the program calls once its window shows;
+    // endSession() writes it a last time and ends it normally, as the destructor does).
+    static QString sessionFolder();
+    static QString sessionFile();
+    void startSession();
+    void endSession();
+
     // Picture lists: the table, each row's state and the package settings in a file
     PictureList currentPictureList() const;
     bool savePictureList(const QString &path);
@@ -258,12 +269,19 @@ private:
     void setupFileMenu();
     void setupArrangeMenu();
     void setupEditMenu();
+    void setupSessionAction();
+    void offerLastSession(bool endedAbnormally);
+    void scheduleSessionSave();
     void updateUndoActions();
     RowRecord recordRow(int row) const;
     QList<Arrangement::Key> arrangementKeys() const;
     void rebuildRecentListsMenu();
     void rememberRecentList(const QString &path, bool keep);
     void applyListSettings(const PictureList &list);
+    // The table replaced by the list's pictures (those still there) and its settings; the
+    // pictures and key file not found in missing. False when the window went meanwhile.
+    bool fillTableFromList(const PictureList &list, QStringList *missing);
+    void showMissingPictures(const QString &title, const QStringList &missing);
     void setupUI();
     QGroupBox *createStepSelectDevice();
     QGroupBox *createStepAddImages();
@@ -337,6 +355,11 @@ private:
     QUndoStack *m_undoStack = nullptr;
     TableRecord m_undoBase; // the table as the last step left it
     int m_undoPaused = 0;   // while above 0, changes are parts of a larger one
+    QAction *m_actionReopenSession = nullptr;
+    SessionSaver *m_sessionSaver = nullptr; // while this window keeps the session
+    std::unique_ptr<QLockFile> m_sessionLock;
+    QTimer *m_sessionTimer = nullptr;
+    bool m_sessionFailed = false;
     QMenu *m_arrangeMenu = nullptr;
     QAction *m_actionSortByDateTaken = nullptr;
     QAction *m_actionSortByName = nullptr;

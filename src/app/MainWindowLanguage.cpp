@@ -100,6 +100,7 @@ void MainWindow::retranslateUi()
     setTextIf(m_actionOpenList, Str::actionOpenList());
     setTextIf(m_actionSaveList, Str::actionSaveList());
     setTextIf(m_actionSaveListAs, Str::actionSaveListAs());
+    setTextIf(m_actionReopenSession, Str::actionReopenSession());
     if (m_recentListsMenu)
         m_recentListsMenu->setTitle(Str::menuRecentLists());
     rebuildRecentListsMenu();

@@ -53,6 +53,8 @@ void MainWindow::setupFileMenu()
     // Rebuilt whenever it opens (and when the language changes): never from one of its own
     // actions, which a rebuild would delete while they run.
     connect(m_recentListsMenu, &QMenu::aboutToShow, this, &MainWindow::rebuildRecentListsMenu);
+    m_fileMenu->addSeparator();
+    setupSessionAction();
 }
 
 QStringList MainWindow::recentLists() const { return appSettings()->value(kRecentListsKey).toStringList(); }
@@ -152,6 +154,55 @@ void MainWindow::applyListSettings(const PictureList &list)
         m_playlistDirEdit->setText(QDir::toNativeSeparators(list.saveLocation));
 }
 
+bool MainWindow::fillTableFromList(const PictureList &list, QStringList *missing)
+{
+    // A part of a larger step (and the window may go while the pictures come).
+    const QPointer<MainWindow> alive(this);
+    ++m_undoPaused;
+    const auto resume = qScopeGuard([alive] {
+        if (alive)
+            --alive->m_undoPaused;
+    });
+    onClearAll();
+    applyListSettings(list);
+    QStringList existing;
+    QHash<QString, PreprocState> states;
+    for (const PictureList::Picture &picture : list.pictures) {
+        if (QFileInfo(picture.path).isFile()) {
+            existing << picture.path;
+            states.insert(listKey(picture.path), picture.state);
+        } else {
+            missing->append(QDir::toNativeSeparators(picture.path));
+        }
+    }
+    if (!list.keyFile.isEmpty() && !QFileInfo::exists(list.keyFile))
+        missing->prepend(QDir::toNativeSeparators(list.keyFile));
+
+    addImageFiles(existing); // the pictures come in as any adding brings them
+    if (!alive)
+        return false;
+    for (int row = 0; row < m_imageTable->rowCount(); ++row) {
+        const QTableWidgetItem *file = m_imageTable->item(row, FileColumn);
+        PreprocWidget *widget = preprocWidgetAt(row);
+        const auto state =
+            file ? states.constFind(listKey(file->data(kSourcePathRole).toString())) : states.constEnd();
+        if (widget && state != states.constEnd())
+            widget->applyState(*state);
+    }
+    return true;
+}
+
+void MainWindow::showMissingPictures(const QString &title, const QStringList &missing)
+{
+    if (missing.isEmpty())
+        return;
+    QStringList shown = missing.mid(0, kMissingNamesShown);
+    if (missing.size() > kMissingNamesShown)
+        shown << Str::andMore(int(missing.size()) - kMissingNamesShown);
+    QMessageBox::warning(this, title,
+                         Str::listMissingPictures(int(missing.size()), shown.join(QLatin1Char('\n'))));
+}
+
 bool MainWindow::openPictureList(const QString &path)
 {
     if (m_processing) {
@@ -171,53 +222,14 @@ bool MainWindow::openPictureList(const QString &path)
                               QMessageBox::Yes | QMessageBox::No, QMessageBox::No) != QMessageBox::Yes)
         return false;
 
-    // The whole opening is one step (and the window may go while the pictures come).
-    const QPointer<MainWindow> alive(this);
-    ++m_undoPaused;
-    auto resume = qScopeGuard([alive] {
-        if (alive)
-            --alive->m_undoPaused;
-    });
-    onClearAll();
-    applyListSettings(*list);
-    QStringList existing;
     QStringList missing;
-    QHash<QString, PreprocState> states;
-    for (const PictureList::Picture &picture : list->pictures) {
-        if (QFileInfo(picture.path).isFile()) {
-            existing << picture.path;
-            states.insert(listKey(picture.path), picture.state);
-        } else {
-            missing << QDir::toNativeSeparators(picture.path);
-        }
-    }
-    if (!list->keyFile.isEmpty() && !QFileInfo::exists(list->keyFile))
-        missing.prepend(QDir::toNativeSeparators(list->keyFile));
-
-    addImageFiles(existing); // the pictures come in as any adding brings them
-    if (!alive)
-        return false;
-    for (int row = 0; row < m_imageTable->rowCount(); ++row) {
-        const QTableWidgetItem *file = m_imageTable->item(row, FileColumn);
-        PreprocWidget *widget = preprocWidgetAt(row);
-        const auto state =
-            file ? states.constFind(listKey(file->data(kSourcePathRole).toString())) : states.constEnd();
-        if (widget && state != states.constEnd())
-            widget->applyState(*state);
-    }
+    if (!fillTableFromList(*list, &missing))
+        return false; // the window went meanwhile
     m_listPath = listKey(path);
     rememberRecentList(path, true);
-    resume.dismiss();
-    --m_undoPaused;
     recordTableChange(Str::undoOpenList());
     appendLog(Str::listOpenedLog(QDir::toNativeSeparators(m_listPath), m_imageTable->rowCount()));
-    if (!missing.isEmpty()) {
-        QStringList shown = missing.mid(0, kMissingNamesShown);
-        if (missing.size() > kMissingNamesShown)
-            shown << Str::andMore(int(missing.size()) - kMissingNamesShown);
-        QMessageBox::warning(this, Str::openListTitle(),
-                             Str::listMissingPictures(int(missing.size()), shown.join(QLatin1Char('\n'))));
-    }
+    showMissingPictures(Str::openListTitle(), missing);
     return true;
 }
 

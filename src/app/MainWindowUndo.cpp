@@ -88,6 +88,7 @@ void MainWindow::recordTableChange(const QString &text)
         m_undoStack->push(new TableEditCommand(text, m_undoBase, after,
                                                [this](const TableRecord &rows) { restoreRows(rows); }));
     m_undoBase = after;
+    scheduleSessionSave();
 }
 
 void MainWindow::absorbTableChange(bool intoLastStep)
@@ -95,6 +96,7 @@ void MainWindow::absorbTableChange(bool intoLastStep)
     if (!m_undoStack || m_undoPaused > 0)
         return;
     m_undoBase = recordRows();
+    scheduleSessionSave();
     // What followed by itself from the last step (faces found after an Auto-frame) is redone
     // with it.
     if (intoLastStep && m_undoStack->index() == m_undoStack->count() && m_undoStack->count() > 0) {
@@ -156,4 +158,5 @@ void MainWindow::restoreRows(const TableRecord &rows)
     keepFaceSearchToRows();
     updateCount();
     m_undoBase = recordRows();
+    scheduleSessionSave();
 }

@@ -62,9 +62,13 @@ int main(int argc, char *argv[])
 
     MainWindow window;
     window.show();
-    // Pictures and folders on the command line ("Open with") come in as a drop brings them.
+    // The last session first (it may ask), then the pictures and folders on the command line
+    // ("Open with"), which come in as a drop brings them.
     const QStringList pictures = LaunchOptions::parse(QApplication::arguments()).pictures;
-    if (!pictures.isEmpty())
-        QTimer::singleShot(0, &window, [&window, pictures] { window.addImageFiles(pictures); });
+    QTimer::singleShot(0, &window, [&window, pictures] {
+        window.startSession();
+        if (!pictures.isEmpty())
+            window.addImageFiles(pictures);
+    });
     return app.exec();
 }

@@ -522,4 +522,13 @@ QString undoChangePicture();
 QString undoAutoFrame();
 QString undoOpenList();
 
+// --- The session ---
+QString actionReopenSession();
+QString sessionTitle();
+QString sessionRestoreQuestion(int pictures);
+// aside: where the file was set aside (empty: it could not be).
+QString sessionUnreadable(const QString &reason, const QString &aside);
+QString sessionRestoredLog(int pictures);
+QString sessionSaveFailed(const QString &reason);
+
 } // namespace Str
