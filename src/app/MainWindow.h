@@ -78,7 +78,8 @@ public:
     static constexpr int kBaseDirRole = Qt::UserRole + 1;
     static constexpr int kTempPreprocRole = Qt::UserRole + 2;
     static constexpr int kHeicCacheRole = Qt::UserRole + 3;
-    static constexpr int kRowIdRole = Qt::UserRole + 4; // the row's id, for its whole life
+    static constexpr int kRowIdRole = Qt::UserRole + 4;    // the row's id, for its whole life
+    static constexpr int kLikenessRole = Qt::UserRole + 5; // what the picture looks like (Likeness)
     static constexpr int kPlaylistFrameLimit = PlaylistExporter::kMaxFrames;
     static constexpr int kRowHeight = 140;
     static constexpr int kDefaultIntervalMinutes = 30;
@@ -326,6 +327,10 @@ private:
     std::optional<PreprocState> firstCheckedState(const QString &title, int *count);
     bool acceptDecodedImage(const PendingImage &image, const DecodedPicture &picture, QSet<QString> *seen);
     void appendImageRows(const QList<QPair<PendingImage, DecodedPicture>> &images);
+    // The rows from firstAdded on that repeat a picture listed before them, told in one box that
+    // offers to remove the exact copies.
+    void reportDuplicates(int firstAdded);
+    Likeness rowLikeness(int row) const;
     void fillImageRow(int row, const QString &absolute, const QString &baseDir,
                       const DecodedPicture &picture);
     void fillImageRow(int row, const RowRecord &record);
@@ -369,6 +374,7 @@ private:
     QAction *m_actionMoveRowsUp = nullptr;
     QAction *m_actionMoveRowsDown = nullptr;
     QAction *m_actionRemoveRows = nullptr;
+    QAction *m_actionWarnDuplicates = nullptr;
 
     // Sections
     QLabel *m_introLabel = nullptr;

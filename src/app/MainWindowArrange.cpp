@@ -36,6 +36,14 @@ void MainWindow::setupArrangeMenu()
     m_actionMoveRowsUp->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Up));
     m_actionMoveRowsDown->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Down));
     m_actionRemoveRows->setShortcut(QKeySequence::Delete);
+    m_arrangeMenu->addSeparator();
+    m_actionWarnDuplicates = m_arrangeMenu->addAction(QString());
+    m_actionWarnDuplicates->setObjectName(QStringLiteral("warnDuplicates"));
+    m_actionWarnDuplicates->setCheckable(true);
+    m_actionWarnDuplicates->setChecked(
+        appSettings()->value(QStringLiteral("warn_duplicates"), true).toBool());
+    connect(m_actionWarnDuplicates, &QAction::toggled, this,
+            [](bool on) { appSettings()->setValue(QStringLiteral("warn_duplicates"), on); });
     for (QAction *action : {m_actionMoveRowsUp, m_actionMoveRowsDown, m_actionRemoveRows}) {
         action->setShortcutContext(Qt::WidgetWithChildrenShortcut);
         m_imageTable->addAction(action);

@@ -140,6 +140,7 @@ void MainWindow::addImageFiles(const QStringList &paths)
         return;
     }
 
+    const int firstAdded = m_imageTable->rowCount();
     QSet<QString> seen;
     for (int row = 0; row < m_imageTable->rowCount(); ++row) {
         if (const QTableWidgetItem *item = m_imageTable->item(row, FileColumn))
@@ -271,6 +272,9 @@ void MainWindow::addImageFiles(const QStringList &paths)
         QMessageBox::warning(this, Str::noticeTitle(),
                              Str::importSkippedPlaylistLimit(skipped, kPlaylistFrameLimit));
     }
+    reportDuplicates(firstAdded);
+    if (!guard)
+        return;
     updateCount();
     recordTableChange(Str::undoAddPictures());
     ImageLoader::releaseFreedMemory();
@@ -337,6 +341,7 @@ void MainWindow::fillImageRow(int row, const QString &absolute, const QString &b
     record.content.state = PreprocState{defaultFillMode(), 0};
     record.content.pictureSize = picture.pictureSize;
     record.content.dateTaken = picture.dateTaken;
+    record.likeness = picture.likeness;
     fillImageRow(row, record);
     if (picture.subjects && picture.subjects->detected)
         preprocWidgetAt(row)->frameAroundSubjects(*picture.subjects);
@@ -363,6 +368,7 @@ void MainWindow::fillImageRow(int row, const RowRecord &record)
     file->setData(kTempPreprocRole, QString());
     file->setData(kHeicCacheRole, record.heicCache);
     file->setData(kRowIdRole, record.id);
+    file->setData(kLikenessRole, QVariant::fromValue(record.likeness));
     file->setToolTip(absolute);
     m_imageTable->setItem(row, FileColumn, file);
 

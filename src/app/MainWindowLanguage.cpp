@@ -119,6 +119,7 @@ void MainWindow::retranslateUi()
     setTextIf(m_actionMoveRowsUp, Str::actionMoveRowsUp());
     setTextIf(m_actionMoveRowsDown, Str::actionMoveRowsDown());
     setTextIf(m_actionRemoveRows, Str::actionRemoveRows());
+    setTextIf(m_actionWarnDuplicates, Str::actionWarnDuplicates());
 
     // 4. Help menu.
     if (m_helpMenu)

@@ -61,6 +61,7 @@ RowRecord MainWindow::recordRow(int row) const
     if (const PreprocWidget *widget = preprocWidgetAt(row))
         record.content = widget->content();
     record.checked = select && select->checkState() == Qt::Checked;
+    record.likeness = rowLikeness(row);
     record.job = m_job->record(record.id);
     return record;
 }

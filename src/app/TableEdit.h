@@ -1,5 +1,6 @@
 #pragma once
 
+#include "images/Likeness.h"
 #include "preprocess/PreprocWidget.h"
 #include "run/PackageJob.h"
 
@@ -16,6 +17,7 @@ struct RowRecord {
     QString baseDir;   // the folder it was added from
     QString heicCache; // for a HEIC/HEIF picture, its converted copy
     QPixmap thumbnail; // of the picture as it is
+    Likeness likeness; // what it looks like, for finding it twice
     PreprocWidget::Content content;
     bool checked = false;
     std::optional<PackageJob::Record> job; // its status, and the stamp of its kept output

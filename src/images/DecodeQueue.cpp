@@ -77,6 +77,7 @@ DecodedPicture DecodeQueue::decode(const Job &job)
         fits ? preview
              : preview.scaled(kThumbnailSide, kThumbnailSide, Qt::KeepAspectRatio, Qt::SmoothTransformation);
     picture.preview = CompactImage(preview);
+    picture.likeness = Likeness::of(picture.thumbnail);
     return picture;
 }
 

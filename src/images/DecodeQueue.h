@@ -3,6 +3,7 @@
 #include "images/ColourProfile.h"
 #include "images/CompactImage.h"
 #include "images/FaceDetector.h"
+#include "images/Likeness.h"
 
 #include <QDateTime>
 #include <QImage>
@@ -29,6 +30,8 @@ struct DecodedPicture {
     std::optional<PictureSubjects> subjects;
     // When it was taken (EXIF); invalid when unknown.
     QDateTime dateTaken;
+    // What it looks like, for finding the same photo twice.
+    Likeness likeness;
 };
 
 // Decodes the pictures of one adding on worker threads (as many as the machine has cores).

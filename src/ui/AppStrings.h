@@ -521,6 +521,15 @@ QString undoMovePictures();
 QString undoChangePicture();
 QString undoAutoFrame();
 QString undoOpenList();
+QString actionWarnDuplicates();
+QString duplicatesTitle();
+// exact: exact copies, near: near ones; list: a line for each (duplicateExactLine/NearLine).
+QString duplicatesFound(int exact, int near, const QString &list);
+QString duplicateExactLine(const QString &name, const QString &original);
+QString duplicateNearLine(const QString &name, const QString &original);
+QString skipExactCopies();
+QString keepAll();
+QString exactCopiesSkipped(int count);
 
 // --- The session ---
 QString actionReopenSession();

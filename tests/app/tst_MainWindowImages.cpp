@@ -103,7 +103,11 @@ void TestMainWindowImages::initTestCase()
     UiLanguage::set(UiLanguage::English);
 }
 
-void TestMainWindowImages::init() { m_window = std::make_unique<MainWindow>(); }
+void TestMainWindowImages::init()
+{
+    m_window = std::make_unique<MainWindow>();
+    withoutDuplicateWarnings(*m_window);
+}
 
 void TestMainWindowImages::cleanup()
 {

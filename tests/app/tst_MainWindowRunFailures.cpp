@@ -83,6 +83,7 @@ void TestMainWindowRunFailures::startFailureGoesOnWithTheNextRow()
     {
         ModalAnswerer startupCheck(QMessageBox::Ok); // the start-up check fails too
         m_window = std::make_unique<MainWindow>();
+        withoutDuplicateWarnings(*m_window);
         m_window->show();
         QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));
         QCOMPARE(startupCheck.title(), QStringLiteral("Processor Check Failed"));
@@ -105,6 +106,7 @@ void TestMainWindowRunFailures::missingWorkingDirectoryFailsEveryRow()
     {
         ModalAnswerer startupCheck(QMessageBox::Ok);
         m_window = std::make_unique<MainWindow>();
+        withoutDuplicateWarnings(*m_window);
         m_window->show();
         QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));
         QCOMPARE(

@@ -2,6 +2,7 @@
 
 #include "processor/ProcessorSelfTest.h"
 
+#include <QAction>
 #include <QComboBox>
 #include <QGroupBox>
 #include <QLineEdit>
@@ -12,6 +13,14 @@
 #include <QWidget>
 
 // Finding the window's widgets the way a user tells them apart: by their text.
+
+// A window that adds pictures without warning about duplicates (tests add the same picture more
+// than once on purpose; only the duplicate tests are told).
+inline void withoutDuplicateWarnings(QWidget &window)
+{
+    if (auto *warn = window.findChild<QAction *>(QStringLiteral("warnDuplicates")))
+        warn->setChecked(false);
+}
 
 template <typename Widget> Widget *withText(QWidget &root, const QString &text)
 {

@@ -10,6 +10,7 @@
 #include "TestFiles.h"
 #include "WindowProbe.h"
 
+#include <QAction>
 #include <QCheckBox>
 #include <QDir>
 #include <QLineEdit>
@@ -43,6 +44,8 @@ void WindowTestCase::init()
     QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));
     QTRY_VERIFY(!startupCheckRunning(*m_window)); // the stand-in passes it, silently
     saveLocation(*m_window)->setText(m_fixture->path("out"));
+    // Tests add the same picture more than once on purpose: only the duplicate tests are told.
+    withoutDuplicateWarnings(*m_window);
 }
 
 void WindowTestCase::cleanup()

@@ -18,7 +18,9 @@ class QCheckBox;
 // whole process (the program fixes its temporary location at start), and for every test
 // function a fresh window, shown, with the built stand-in processor configured, a save
 // location set and no TF card in the computer (the volume seam reports none); afterwards the
-// processor faults are switched off again and no settings file is left behind.
+// processor faults are switched off again and no settings file is left behind. Its windows do
+// not warn about duplicates (tests add the same picture twice on purpose); the duplicate tests
+// switch that on.
 class WindowTestCase : public QObject
 {
     Q_OBJECT
@@ -29,11 +31,11 @@ public:
 
 private Q_SLOTS:
     void initTestCase();
-    void init();
 
 protected Q_SLOTS:
-    // A test case with a cleanup of its own calls this one at its end (QTest calls only the
-    // most derived).
+    // A test case with an init or a cleanup of its own calls these (init first, cleanup at its
+    // end): QTest calls only the most derived.
+    void init();
     void cleanup();
 
 protected:
