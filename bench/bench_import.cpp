@@ -4,9 +4,13 @@
 // photo (at 280 px for JPEGs, full size for HEICs), and the ratio.
 //
 //   bench_import [--jpeg N] [--p3 N] [--heic N] [--faces N] [--frame-faces] [--face-share N]
+//                [--no-duplicate-warnings]
 //
 // Defaults: 1000 JPEGs, 0 JPEGs tagged Display P3 (the same pictures) and 20 HEICs, 12
-// megapixels each, made once and kept below the temporary folder (velora-bench-photos). The
+// megapixels each, made once and kept below the temporary folder (velora-bench-photos): 20
+// distinct photos and copies of them, so with duplicate warnings on (the program's default)
+// the adding also reads every copy to compare its bytes, and the box that tells of them is
+// closed at once; --no-duplicate-warnings switches them off. The
 // HEIC conversion cache starts empty. With P3 photos it also prints what their colour profile
 // adds to one decode at 280 px. With --faces, the cost of finding the faces of N photos of the
 // JPEG set: their decode at the detector's size, and the detection itself. With --frame-faces,
@@ -27,6 +31,7 @@
 #include "Heartbeat.h"
 #include "TestFiles.h"
 
+#include <QAction>
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
@@ -151,6 +156,8 @@ void faceShare(int count)
     std::fflush(stdout);
 }
 
+bool g_warnDuplicates = true;
+
 void importSet(const char *title, const QStringList &photos, int referenceMaxSide, bool framesFaces = false)
 {
     const double reference = serialDecodeMs(photos, referenceMaxSide);
@@ -162,6 +169,7 @@ void importSet(const char *title, const QStringList &photos, int referenceMaxSid
     for (QCheckBox *box : window.findChildren<QCheckBox *>())
         if (box->text() == Str::frameFacesSetting())
             box->setChecked(framesFaces);
+    window.findChild<QAction *>(QStringLiteral("warnDuplicates"))->setChecked(g_warnDuplicates);
     window.show();
     BenchSetup::waitFor(300);
     // The pictures are in one folder: the window shows its progress dialog, as for a user.
@@ -232,6 +240,7 @@ int main(int argc, char *argv[])
     const int faceCount = BenchSetup::takeOption(args, QStringLiteral("--faces"), 0);
     const int shareCount = BenchSetup::takeOption(args, QStringLiteral("--face-share"), 0);
     const bool frameFaces = args.removeAll(QStringLiteral("--frame-faces")) > 0;
+    g_warnDuplicates = args.removeAll(QStringLiteral("--no-duplicate-warnings")) == 0;
     // Dialogs that pop up (a start-up check that fails, a notice) are closed at once.
     QTimer closer;
     QObject::connect(&closer, &QTimer::timeout, [] {

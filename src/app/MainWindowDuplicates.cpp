@@ -7,11 +7,17 @@
 #include "images/ImageTableWidget.h"
 
 #include <QDir>
+#include <QEventLoop>
 #include <QFileInfo>
 #include <QMessageBox>
+#include <QPointer>
 #include <QPushButton>
+#include <QScopeGuard>
+#include <QThread>
 
 #include <algorithm>
+#include <atomic>
+#include <memory>
 
 namespace {
 constexpr int kPairsShown = 20;
@@ -35,7 +41,26 @@ void MainWindow::reportDuplicates(int firstAdded)
                                           rowLikeness(row)};
         (row < firstAdded ? listed : added) << picture;
     }
-    const QList<Duplicates::Pair> pairs = Duplicates::find(listed, added);
+    // Copies are read to compare their bytes: on a worker thread, the window going on meanwhile
+    // (its progress dialog, when the adding showed one, says so). The search works on its own
+    // copies of the paths; it is stopped and waited for if the window goes first.
+    std::atomic<bool> stop = false;
+    QList<Duplicates::Pair> pairs;
+    const std::unique_ptr<QThread> search(
+        QThread::create([listed, added, &stop, &pairs] { pairs = Duplicates::find(listed, added, &stop); }));
+    QEventLoop loop;
+    connect(search.get(), &QThread::finished, &loop, &QEventLoop::quit);
+    const QPointer<MainWindow> guard(this);
+    const auto stopGuard = qScopeGuard([&] {
+        stop = true;
+        search->wait();
+    });
+    search->start();
+    if (!search->isFinished())
+        loop.exec(QEventLoop::ExcludeUserInputEvents);
+    search->wait();
+    if (!guard)
+        return;
     if (pairs.isEmpty())
         return;
 

@@ -3,6 +3,7 @@
 #include <QCryptographicHash>
 #include <QFile>
 #include <QFileInfo>
+#include <QHash>
 
 #include <QtAlgorithms>
 #include <cstdlib>
@@ -14,12 +15,37 @@ constexpr double kNearAspect = 1.06; // the largest ratio of two shapes that are
 
 QByteArray contentHash(const QString &path)
 {
+    // To tell copies apart, not to resist an attacker: a fast hash does.
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
         return QByteArray();
-    QCryptographicHash hash(QCryptographicHash::Sha256);
+    QCryptographicHash hash(QCryptographicHash::Md5);
     return hash.addData(&file) ? hash.result() : QByteArray();
 }
+
+// The files' sizes and contents' hashes, each read once.
+class FileFacts
+{
+public:
+    qint64 size(const QString &path)
+    {
+        auto it = m_sizes.find(path);
+        if (it == m_sizes.end())
+            it = m_sizes.insert(path, QFileInfo(path).isFile() ? QFileInfo(path).size() : -1);
+        return *it;
+    }
+    QByteArray hash(const QString &path)
+    {
+        auto it = m_hashes.find(path);
+        if (it == m_hashes.end())
+            it = m_hashes.insert(path, contentHash(path));
+        return *it;
+    }
+
+private:
+    QHash<QString, qint64> m_sizes;
+    QHash<QString, QByteArray> m_hashes;
+};
 
 } // namespace
 
@@ -74,18 +100,26 @@ bool sameBytes(const QString &a, const QString &b)
     return !hash.isEmpty() && hash == contentHash(b);
 }
 
-QList<Pair> find(const QList<Picture> &listed, const QList<Picture> &added)
+QList<Pair> find(const QList<Picture> &listed, const QList<Picture> &added, const std::atomic<bool> *stop)
 {
     QList<Pair> pairs;
     QList<Picture> earlier = listed;
-    for (int i = 0; i < added.size(); ++i) {
+    FileFacts files;
+    const auto sameFile = [&files](const QString &a, const QString &b) {
+        const qint64 size = files.size(a);
+        if (size < 0 || size != files.size(b))
+            return false;
+        const QByteArray hash = files.hash(a);
+        return !hash.isEmpty() && hash == files.hash(b);
+    };
+    for (int i = 0; i < added.size() && !(stop && *stop); ++i) {
         const Picture &picture = added.at(i);
         Pair found;
         for (const Picture &before : std::as_const(earlier)) {
             if (before.path == picture.path || !picture.likeness.isNear(before.likeness))
                 continue;
             // Exact copies decode alike: only those are read to compare their bytes.
-            if (picture.likeness.bits == before.likeness.bits && sameBytes(picture.path, before.path)) {
+            if (picture.likeness.bits == before.likeness.bits && sameFile(picture.path, before.path)) {
                 found = Pair{i, before.path, true};
                 break;
             }

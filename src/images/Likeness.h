@@ -3,7 +3,9 @@
 #include <QImage>
 #include <QList>
 #include <QMetaType>
+
 #include <QString>
+#include <atomic>
 
 // What a picture looks like, in a few bytes, for finding the same photo twice: a difference
 // hash (64 bits: is each of 9 x 8 grey cells brighter than its right neighbour) and the mean
@@ -41,8 +43,10 @@ struct Pair {
 };
 
 // Each added picture is paired with the first earlier one it repeats, an exact copy before a
-// near one. Only pictures that look alike have their files read, to compare their bytes.
-QList<Pair> find(const QList<Picture> &listed, const QList<Picture> &added);
+// near one. Only files that look alike and have the same size are read, each once, to compare
+// their contents' hashes. Runs on any thread; stops early (with what it found) once stop is set.
+QList<Pair> find(const QList<Picture> &listed, const QList<Picture> &added,
+                 const std::atomic<bool> *stop = nullptr);
 // Whether two files hold the same bytes (sizes first, then a hash of the contents).
 bool sameBytes(const QString &a, const QString &b);
 

@@ -1,0 +1,90 @@
+// Arranges a table of many rows in the real window and prints, each beside its target: the
+// time of a sort by date taken (the dates already read), of undoing a batch fill over every
+// row, of undoing a removal of every row (the rows made anew), the longest the event loop went
+// without running meanwhile (a 10-ms heartbeat, the thumbnails drawn again included), and the
+// resident memory per row with its undo steps.
+//
+//   bench_arrange [--rows N]
+//
+// Default: 1000 rows of small generated pictures (their decode is not what is measured here),
+// each with its own date taken.
+#include "BenchPhotos.h"
+#include "BenchSetup.h"
+#include "app/MainWindow.h"
+#include "images/ImageTableWidget.h"
+#include "preprocess/PreprocWidget.h"
+#include "preprocess/PreviewRenderer.h"
+
+#include "Heartbeat.h"
+#include "TestFiles.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QRandomGenerator>
+#include <QUndoStack>
+
+#include <cstdio>
+#include <functional>
+
+namespace {
+
+// Runs step, then lets the window settle (its thumbnails drawn again); prints how long the step
+// took and the longest freeze from its start to the settling.
+void measure(const char *what, double targetMs, MainWindow &window, const std::function<void()> &step)
+{
+    BenchSetup::waitFor(200);
+    const Heartbeat heartbeat;
+    QElapsedTimer timer;
+    timer.start();
+    step();
+    const double ms = double(timer.nsecsElapsed()) / 1e6;
+    auto *renderer = window.findChild<PreviewRenderer *>();
+    BenchSetup::waitFor(60000, [renderer] { return !renderer || renderer->isIdle(); });
+    std::printf("  %-34s %7.0f ms (target <= %.0f)   longest gap %4lld ms (target <= 100)\n", what, ms,
+                targetMs, heartbeat.longestGapMs());
+    std::fflush(stdout);
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    QApplication app(argc, argv);
+    BenchSetup::prepareProgram();
+    QStringList args = QCoreApplication::arguments().mid(1);
+    const int rows = BenchSetup::takeOption(args, QStringLiteral("--rows"), 1000);
+
+    BenchSetup setup;
+    const QStringList pictures = TestFiles::makePictures(setup.path(QStringLiteral("pictures")), rows,
+                                                         QStringLiteral("pic"), QSize(320, 240));
+    MainWindow window;
+    setup.prepare(window);
+    window.findChild<QAction *>(QStringLiteral("warnDuplicates"))->setChecked(false); // all one colour scheme
+    window.show();
+    BenchSetup::waitFor(300);
+    const qint64 before = residentBytes();
+    window.addImageFiles({setup.path(QStringLiteral("pictures"))});
+    auto *renderer = window.findChild<PreviewRenderer *>();
+    BenchSetup::waitFor(120000, [renderer] { return !renderer || renderer->isIdle(); });
+    QRandomGenerator random(5);
+    const QDateTime start(QDate(2020, 1, 1), QTime(0, 0));
+    for (int row = 0; row < window.imageTable()->rowCount(); ++row)
+        window.preprocWidgetAt(row)->setDateTaken(start.addSecs(qint64(random.bounded(100000000))));
+    std::printf("%d rows\n", window.imageTable()->rowCount());
+
+    measure("sort by date taken", 300, window, [&window] { window.onSortByDateTaken(); });
+    measure("batch white fill, every row", 0, window, [&window] {
+        window.onSelectAllToggled(true);
+        window.applyFillToCheckedRows(FillMode::WhiteFill);
+    });
+    measure("undo the batch", 500, window, [&window] { window.undoStack()->undo(); });
+    measure("redo the batch", 500, window, [&window] { window.undoStack()->redo(); });
+    measure("remove every row", 0, window, [&window] { window.onRemoveSelected(); });
+    measure("undo the removal (rows made anew)", 0, window, [&window] { window.undoStack()->undo(); });
+    const qint64 after = residentBytes();
+    std::printf("  resident memory per row, undo steps included: %lld KB\n",
+                (after - before) / 1024 / qMax(1, window.imageTable()->rowCount()));
+    (void)pictures;
+    return 0;
+}
