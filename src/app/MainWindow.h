@@ -337,6 +337,8 @@ private:
     static bool isReservedVariant(const QString &id);
     void onPlaylistIntervalPartChanged();
     void swapRowContent(int a, int b);
+    // The rows go with their temporary files (their outputs set aside by the engine).
+    void removeRows(QList<int> rows);
     void setListEditingEnabled(bool enabled);
     int applyToRowWidgets(const QList<int> &rows, const QString &title, QString (*progressLabel)(int, int),
                           const std::function<void(PreprocWidget *)> &action);

@@ -15,7 +15,6 @@
 #include <QScopeGuard>
 #include <QThread>
 
-#include <algorithm>
 #include <atomic>
 #include <memory>
 
@@ -91,13 +90,6 @@ void MainWindow::reportDuplicates(int firstAdded)
     box.exec();
     if (!skip || box.clickedButton() != skip)
         return;
-    // Highest first, so that removing never shifts a row still to be removed.
-    std::sort(exactRows.begin(), exactRows.end(), std::greater<int>());
-    for (int row : std::as_const(exactRows)) {
-        cleanupTempFile(row);
-        cleanupHeicCache(row);
-        discardOutput(row);
-        m_imageTable->removeRow(row);
-    }
+    removeRows(exactRows);
     appendLog(Str::exactCopiesSkipped(int(exactRows.size())));
 }

@@ -124,6 +124,16 @@ void MainWindow::onRemoveSelected()
                 rows << item->row();
         }
     }
+    removeRows(rows);
+    keepFaceSearchToRows(); // the faces of removed rows are not looked for
+    if (m_selectAllCheck)
+        m_selectAllCheck->setChecked(false);
+    updateCount();
+    recordTableChange(Str::undoRemovePictures());
+}
+
+void MainWindow::removeRows(QList<int> rows)
+{
     // Highest first, so that removing never shifts a row still to be removed.
     std::sort(rows.begin(), rows.end(), std::greater<int>());
     for (int row : std::as_const(rows)) {
@@ -132,11 +142,6 @@ void MainWindow::onRemoveSelected()
         discardOutput(row);
         m_imageTable->removeRow(row);
     }
-    keepFaceSearchToRows(); // the faces of removed rows are not looked for
-    if (m_selectAllCheck)
-        m_selectAllCheck->setChecked(false);
-    updateCount();
-    recordTableChange(Str::undoRemovePictures());
 }
 
 void MainWindow::onClearAll()

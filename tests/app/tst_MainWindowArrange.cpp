@@ -18,15 +18,6 @@
 
 namespace {
 
-QStringList rowNames(MainWindow &window)
-{
-    QStringList names;
-    ImageTableWidget *table = window.imageTable();
-    for (int row = 0; row < table->rowCount(); ++row)
-        names << table->item(row, MainWindow::FileColumn)->text();
-    return names;
-}
-
 // The thumbnail cell of a row (the part of a row that does not take the mouse itself), in the
 // viewport's coordinates.
 QPoint thumbnailOf(MainWindow &window, int row)
@@ -95,13 +86,13 @@ private Q_SLOTS:
 void TestMainWindowArrange::severalRowsDraggedToTheTopMakeThePackageInTheirOrder()
 {
     addColours({Qt::red, Qt::green, Qt::blue, Qt::yellow});
-    const QStringList names = rowNames(*m_window);
+    const QStringList names = rowNames();
     showAllRows(*m_window);
     selectRows(*m_window, {2, 3});
     dragWithMouse(m_window->imageTable()->viewport(), thumbnailOf(*m_window, 3),
                   thumbnailOf(*m_window, 0) - QPoint(0, MainWindow::kRowHeight / 4));
 
-    QCOMPARE(rowNames(*m_window), (QStringList{names[2], names[3], names[0], names[1]}));
+    QCOMPARE(rowNames(), (QStringList{names[2], names[3], names[0], names[1]}));
     QCOMPARE(m_window->imageTable()->selectedRowNumbers(), (QList<int>{0, 1}));
     ModalAnswerer completion(QMessageBox::Cancel);
     runToTheEnd();
@@ -111,13 +102,13 @@ void TestMainWindowArrange::severalRowsDraggedToTheTopMakeThePackageInTheirOrder
 void TestMainWindowArrange::aRowDraggedToTheEndGoesLast()
 {
     addColours({Qt::red, Qt::green, Qt::blue});
-    const QStringList names = rowNames(*m_window);
+    const QStringList names = rowNames();
     showAllRows(*m_window);
     selectRows(*m_window, {0});
     dragWithMouse(m_window->imageTable()->viewport(), thumbnailOf(*m_window, 0),
                   thumbnailOf(*m_window, 2) + QPoint(0, MainWindow::kRowHeight / 4));
 
-    QCOMPARE(rowNames(*m_window), (QStringList{names[1], names[2], names[0]}));
+    QCOMPARE(rowNames(), (QStringList{names[1], names[2], names[0]}));
     // The row's widget went with it.
     QCOMPARE(QFileInfo(m_window->preprocWidgetAt(2)->sourcePath()).fileName(), names[0]);
 }
@@ -125,26 +116,26 @@ void TestMainWindowArrange::aRowDraggedToTheEndGoesLast()
 void TestMainWindowArrange::ctrlArrowsMoveTheSelectedRowsOneStep()
 {
     addPictures(5);
-    const QStringList names = rowNames(*m_window);
+    const QStringList names = rowNames();
     selectRows(*m_window, {1, 3});
     m_window->imageTable()->setFocus();
     QTest::keyClick(m_window->imageTable(), Qt::Key_Up, Qt::ControlModifier);
-    QCOMPARE(rowNames(*m_window), (QStringList{names[1], names[0], names[3], names[2], names[4]}));
+    QCOMPARE(rowNames(), (QStringList{names[1], names[0], names[3], names[2], names[4]}));
     QTest::keyClick(m_window->imageTable(), Qt::Key_Up, Qt::ControlModifier);
     // The top row cannot go higher; the other still can.
-    QCOMPARE(rowNames(*m_window), (QStringList{names[1], names[3], names[0], names[2], names[4]}));
+    QCOMPARE(rowNames(), (QStringList{names[1], names[3], names[0], names[2], names[4]}));
     QTest::keyClick(m_window->imageTable(), Qt::Key_Down, Qt::ControlModifier);
-    QCOMPARE(rowNames(*m_window), (QStringList{names[0], names[1], names[3], names[2], names[4]}));
+    QCOMPARE(rowNames(), (QStringList{names[0], names[1], names[3], names[2], names[4]}));
 }
 
 void TestMainWindowArrange::deleteRemovesTheSelectedRows()
 {
     addPictures(4);
-    const QStringList names = rowNames(*m_window);
+    const QStringList names = rowNames();
     selectRows(*m_window, {0, 2});
     m_window->imageTable()->setFocus();
     QTest::keyClick(m_window->imageTable(), Qt::Key_Delete);
-    QCOMPARE(rowNames(*m_window), (QStringList{names[1], names[3]}));
+    QCOMPARE(rowNames(), (QStringList{names[1], names[3]}));
 }
 
 void TestMainWindowArrange::sortByFileNameIsNatural()
@@ -160,8 +151,7 @@ void TestMainWindowArrange::sortByFileNameIsNatural()
     QAction *sort = menuAction(*m_window, QStringLiteral("Arrange"), QStringLiteral("Sort by File Name"));
     QVERIFY(sort);
     sort->trigger();
-    QCOMPARE(rowNames(*m_window),
-             (QStringList{"a.png", "IMG_1.png", "img_2.png", "IMG_002b.png", "IMG_10.png"}));
+    QCOMPARE(rowNames(), (QStringList{"a.png", "IMG_1.png", "img_2.png", "IMG_002b.png", "IMG_10.png"}));
 }
 
 void TestMainWindowArrange::sortByDateTakenPutsPicturesWithoutOneLastByFileDate()
@@ -188,35 +178,35 @@ void TestMainWindowArrange::sortByDateTakenPutsPicturesWithoutOneLastByFileDate(
     QVERIFY(TestFiles::setModified(paths[1], now.addDays(-1)));
     QVERIFY(TestFiles::setModified(paths[3], now.addDays(-2)));
     m_window->addImageFiles(paths);
-    QCOMPARE(rowNames(*m_window), (QStringList{"may.jpg", "newer.png", "january.jpg", "older.png"}));
+    QCOMPARE(rowNames(), (QStringList{"may.jpg", "newer.png", "january.jpg", "older.png"}));
 
     menuAction(*m_window, QStringLiteral("Arrange"), QStringLiteral("Sort by Date Taken"))->trigger();
-    QCOMPARE(rowNames(*m_window), (QStringList{"january.jpg", "may.jpg", "older.png", "newer.png"}));
+    QCOMPARE(rowNames(), (QStringList{"january.jpg", "may.jpg", "older.png", "newer.png"}));
 }
 
 void TestMainWindowArrange::sortByFileDateAndReverse()
 {
     const QStringList paths = addPictures(3);
-    const QStringList names = rowNames(*m_window);
+    const QStringList names = rowNames();
     const QDateTime now = QDateTime::currentDateTime();
     QVERIFY(TestFiles::setModified(paths[0], now.addDays(-1)));
     QVERIFY(TestFiles::setModified(paths[1], now.addDays(-3)));
     QVERIFY(TestFiles::setModified(paths[2], now.addDays(-2)));
     menuAction(*m_window, QStringLiteral("Arrange"), QStringLiteral("Sort by File Date"))->trigger();
-    QCOMPARE(rowNames(*m_window), (QStringList{names[1], names[2], names[0]}));
+    QCOMPARE(rowNames(), (QStringList{names[1], names[2], names[0]}));
     menuAction(*m_window, QStringLiteral("Arrange"), QStringLiteral("Reverse Order"))->trigger();
-    QCOMPARE(rowNames(*m_window), (QStringList{names[0], names[2], names[1]}));
+    QCOMPARE(rowNames(), (QStringList{names[0], names[2], names[1]}));
 }
 
 void TestMainWindowArrange::shuffleKeepsEveryRowAndItsWidget()
 {
     addPictures(20);
-    const QStringList names = rowNames(*m_window);
+    const QStringList names = rowNames();
     QAction *shuffle = menuAction(*m_window, QStringLiteral("Arrange"), QStringLiteral("Shuffle"));
     shuffle->trigger();
-    const QStringList once = rowNames(*m_window);
+    const QStringList once = rowNames();
     shuffle->trigger();
-    const QStringList twice = rowNames(*m_window);
+    const QStringList twice = rowNames();
     QVERIFY(once != names || twice != names); // 20! orders: twice the same one is all but impossible
     QStringList sorted = twice;
     sorted.sort();

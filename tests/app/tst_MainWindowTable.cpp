@@ -27,15 +27,6 @@
 
 namespace {
 
-QStringList rowNames(MainWindow &window)
-{
-    QStringList names;
-    ImageTableWidget *table = window.imageTable();
-    for (int row = 0; row < table->rowCount(); ++row)
-        names << table->item(row, MainWindow::FileColumn)->text();
-    return names;
-}
-
 QStringList widgetNames(MainWindow &window)
 {
     QStringList names;
@@ -80,14 +71,14 @@ private Q_SLOTS:
 void TestMainWindowTable::endsDoNotMove()
 {
     addPictures(3);
-    const QStringList before = rowNames(*m_window);
+    const QStringList before = rowNames();
     QTest::mouseClick(reorderButton(*m_window, 0, 0), Qt::LeftButton); // first row up
     QTest::mouseClick(reorderButton(*m_window, 2, 1), Qt::LeftButton); // last row down
     m_window->moveTableRowUp(0);
     m_window->moveTableRowDown(2);
     m_window->moveTableRowUp(7);
     m_window->moveTableRowDown(-1);
-    QCOMPARE(rowNames(*m_window), before);
+    QCOMPARE(rowNames(), before);
 }
 
 void TestMainWindowTable::reorderButtonsFindTheirRowAnew()
@@ -95,13 +86,13 @@ void TestMainWindowTable::reorderButtonsFindTheirRowAnew()
     addPictures(3);
     QPushButton *firstDown = reorderButton(*m_window, 0, 1);
     QTest::mouseClick(firstDown, Qt::LeftButton);
-    QCOMPARE(rowNames(*m_window), (QStringList{"pic_0001.png", "pic_0000.png", "pic_0002.png"}));
+    QCOMPARE(rowNames(), (QStringList{"pic_0001.png", "pic_0000.png", "pic_0002.png"}));
     QCOMPARE(m_window->imageTable()->selectionModel()->selectedRows().first().row(), 1);
     // The same button still sits in row 0 and now moves what is shown there.
     QTest::mouseClick(firstDown, Qt::LeftButton);
-    QCOMPARE(rowNames(*m_window), (QStringList{"pic_0000.png", "pic_0001.png", "pic_0002.png"}));
+    QCOMPARE(rowNames(), (QStringList{"pic_0000.png", "pic_0001.png", "pic_0002.png"}));
     QTest::mouseClick(reorderButton(*m_window, 2, 0), Qt::LeftButton);
-    QCOMPARE(rowNames(*m_window), (QStringList{"pic_0000.png", "pic_0002.png", "pic_0001.png"}));
+    QCOMPARE(rowNames(), (QStringList{"pic_0000.png", "pic_0002.png", "pic_0001.png"}));
     QCOMPARE(m_window->imageTable()->selectionModel()->selectedRows().first().row(), 1);
     QCOMPARE(m_window->findRowForReorderButton(reorderButton(*m_window, 2, 0)), 2);
     QCOMPARE(m_window->findRowForReorderButton(m_window.get()), -1);
@@ -118,7 +109,7 @@ void TestMainWindowTable::moveRowCarriesThumbnailsAndRowWidgets()
     m_window->imageTable()->moveRow(0, 99);
     const QStringList expected = {"pic_0001.png", "pic_0002.png", "pic_0003.png", "pic_0004.png",
                                   "pic_0000.png"};
-    QCOMPARE(rowNames(*m_window), expected);
+    QCOMPARE(rowNames(), expected);
     QCOMPARE(widgetNames(*m_window), expected);
     for (int row = 0; row < 4; ++row)
         QCOMPARE(thumbColour(*m_window, row), thumbs.at(row + 1));
@@ -152,7 +143,7 @@ void TestMainWindowTable::removeTakesCheckedRowsOverSelectedOnes()
     for (QPushButton *button : m_window->findChildren<QPushButton *>())
         remove = button->text() == QStringLiteral("Remove Selected") ? button : remove;
     QTest::mouseClick(remove, Qt::LeftButton);
-    QCOMPARE(rowNames(*m_window), (QStringList{"pic_0001.png", "pic_0003.png"}));
+    QCOMPARE(rowNames(), (QStringList{"pic_0001.png", "pic_0003.png"}));
     QVERIFY(!selectAllBox()->isChecked());
 }
 
@@ -163,7 +154,7 @@ void TestMainWindowTable::removeTakesSelectedRowsWhenNoneIsChecked()
     m_window->imageTable()->selectRow(1);
     m_window->imageTable()->selectRow(3);
     m_window->onRemoveSelected();
-    QCOMPARE(rowNames(*m_window), (QStringList{"pic_0000.png", "pic_0002.png"}));
+    QCOMPARE(rowNames(), (QStringList{"pic_0000.png", "pic_0002.png"}));
 }
 
 void TestMainWindowTable::removeWithNothingUnchecksSelectAll()

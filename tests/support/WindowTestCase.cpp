@@ -130,6 +130,14 @@ QString WindowTestCase::statusText(int row) const
     return m_window->imageTable()->item(row, MainWindow::StatusColumn)->text();
 }
 
+QStringList WindowTestCase::rowNames() const
+{
+    QStringList names;
+    for (int row = 0; row < m_window->imageTable()->rowCount(); ++row)
+        names << m_window->imageTable()->item(row, MainWindow::FileColumn)->text();
+    return names;
+}
+
 QCheckBox *WindowTestCase::selectAllBox() const
 {
     return withText<QCheckBox>(*m_window, QStringLiteral("Select All"));

@@ -56,6 +56,8 @@ protected:
     // Presses Start and waits for the run to end.
     void runToTheEnd(int timeoutMs = 60000);
     QString statusText(int row) const;
+    // The names of the rows' pictures, in table order.
+    QStringList rowNames() const;
     QCheckBox *selectAllBox() const;
     void check(std::initializer_list<int> rows);
     QString packageDir() const;
