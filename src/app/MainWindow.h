@@ -360,8 +360,9 @@ private:
     QAction *m_actionUndo = nullptr;
     QAction *m_actionRedo = nullptr;
     QUndoStack *m_undoStack = nullptr;
-    TableRecord m_undoBase; // the table as the last step left it
-    int m_undoPaused = 0;   // while above 0, changes are parts of a larger one
+    TableRecord m_undoBase;   // the table as the last step left it
+    int m_undoPaused = 0;     // while above 0, changes are parts of a larger one
+    bool m_restoring = false; // rows being put back (undo, redo)
     QAction *m_actionReopenSession = nullptr;
     SessionSaver *m_sessionSaver = nullptr; // while this window keeps the session
     std::unique_ptr<QLockFile> m_sessionLock;

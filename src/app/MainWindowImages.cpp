@@ -354,7 +354,7 @@ void MainWindow::fillImageRow(int row, const RowRecord &record)
 {
     const QString &absolute = record.content.sourcePath;
     const QString &baseDir = record.baseDir;
-    auto *select = new QTableWidgetItem;
+    auto *select = new OrderedItem;
     select->setFlags(Qt::ItemIsUserCheckable | Qt::ItemIsEnabled);
     select->setCheckState(record.checked ? Qt::Checked : Qt::Unchecked);
     select->setTextAlignment(Qt::AlignCenter);

@@ -9,11 +9,19 @@
 #include "preprocess/PreprocWidget.h"
 
 #include <QAction>
+#include <QCoreApplication>
+#include <QEventLoop>
 #include <QHash>
 #include <QLabel>
 #include <QMenu>
 #include <QMenuBar>
+#include <QPointer>
+#include <QScopeGuard>
 #include <QUndoStack>
+
+namespace {
+constexpr int kRowsBetweenEvents = 24;
+} // namespace
 
 void MainWindow::setupEditMenu()
 {
@@ -26,11 +34,11 @@ void MainWindow::setupEditMenu()
     m_actionUndo->setShortcut(QKeySequence::Undo);
     m_actionRedo->setShortcuts({QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z), QKeySequence::Redo});
     connect(m_actionUndo, &QAction::triggered, this, [this] {
-        if (!m_processing)
+        if (!m_processing && !m_restoring)
             m_undoStack->undo();
     });
     connect(m_actionRedo, &QAction::triggered, this, [this] {
-        if (!m_processing)
+        if (!m_processing && !m_restoring)
             m_undoStack->redo();
     });
     connect(m_undoStack, &QUndoStack::indexChanged, this, &MainWindow::updateUndoActions);
@@ -109,6 +117,23 @@ void MainWindow::absorbTableChange(bool intoLastStep)
 
 void MainWindow::restoreRows(const TableRecord &rows)
 {
+    // A thousand rows changed at once would hold the window up while their widgets are laid out
+    // again: the events run (no input) every few rows, as a batch's progress lets them.
+    const QPointer<MainWindow> alive(this);
+    ++m_undoPaused;
+    m_restoring = true;
+    const auto done = qScopeGuard([alive] {
+        if (!alive)
+            return;
+        --alive->m_undoPaused;
+        alive->m_restoring = false;
+    });
+    int touched = 0;
+    const auto breathe = [&] {
+        if (++touched % kRowsBetweenEvents == 0)
+            QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+        return bool(alive);
+    };
     QHash<quint64, int> wanted;
     for (int i = 0; i < rows.size(); ++i)
         wanted.insert(rows.at(i).id, i);
@@ -120,6 +145,8 @@ void MainWindow::restoreRows(const TableRecord &rows)
         cleanupTempFile(row);
         m_job->remove(rowId(row));
         m_imageTable->removeRow(row);
+        if (!breathe())
+            return;
     }
     QHash<quint64, int> rowOf;
     for (int row = 0; row < m_imageTable->rowCount(); ++row)
@@ -133,6 +160,8 @@ void MainWindow::restoreRows(const TableRecord &rows)
         fillImageRow(row, record);
         rowOf.insert(record.id, row);
         fresh.insert(record.id);
+        if (!breathe())
+            return;
     }
     QList<int> from;
     from.reserve(rows.size());
@@ -153,6 +182,8 @@ void MainWindow::restoreRows(const TableRecord &rows)
         syncJobItem(row);
         if (record.job)
             m_job->restore(record.id, *record.job, row);
+        if (!breathe())
+            return;
     }
     syncJobOrder();
     revalidateRows(); // an output made from what the picture no longer is is not taken

@@ -84,6 +84,15 @@ void ImageTableWidget::permuteRows(const QList<int> &from)
     const int rows = rowCount();
     if (from.size() != rows)
         return;
+    bool ordered = true;
+    for (int row = 0; row < rows && ordered; ++row)
+        ordered = dynamic_cast<OrderedItem *>(item(row, 0)) != nullptr;
+    if (ordered) {
+        for (int row = 0; row < rows; ++row)
+            item(from.at(row), 0)->setData(OrderedItem::kPlaceRole, row);
+        sortItems(0, Qt::AscendingOrder);
+        return;
+    }
     // at[p]: the original row now at p; where[k]: where original row k is now.
     QList<int> at(rows);
     QList<int> where(rows);

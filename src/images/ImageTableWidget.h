@@ -5,6 +5,19 @@
 
 #include <functional>
 
+// The first cell of a row: it carries the row's place while permuteRows() puts the rows in a
+// new order (the model's stable sort, which cell widgets and the selection follow by
+// themselves).
+class OrderedItem : public QTableWidgetItem
+{
+public:
+    static constexpr int kPlaceRole = Qt::UserRole + 100;
+    bool operator<(const QTableWidgetItem &other) const override
+    {
+        return data(kPlaceRole).toInt() < other.data(kPlaceRole).toInt();
+    }
+};
+
 // The table of pictures, in playback order. It accepts files dropped from outside (on itself
 // or its viewport) and reports them. Selected rows dragged with the mouse within it (pressed
 // on a selected row; a line shows where they go) are reported too (rowsDragged) and moved by
@@ -20,7 +33,9 @@ public:
     void setSwapRowContentHandler(std::function<void(int, int)> handler);
     void swapRows(int a, int b);
     void moveRow(int from, int to);
-    // Row i takes what row from[i] holds (from: a permutation of 0..rowCount()-1).
+    // Row i takes what row from[i] holds (from: a permutation of 0..rowCount()-1): with an
+    // OrderedItem in every row's first cell, rows move whole, their cell widgets and selection
+    // with them; otherwise row by row, through the swap handler.
     void permuteRows(const QList<int> &from);
     // The rows with a selected cell, in table order.
     QList<int> selectedRowNumbers() const;
