@@ -8,7 +8,6 @@
 
 #include <QAction>
 #include <QFileInfo>
-#include <QItemSelection>
 #include <QMenu>
 #include <QMenuBar>
 #include <QRandomGenerator>
@@ -68,22 +67,7 @@ void MainWindow::arrangeRows(const QList<int> &from, const QString &what)
     std::iota(identity.begin(), identity.end(), 0);
     if (from.size() != count || from == identity)
         return;
-    // The selection follows its rows.
-    QSet<quint64> selected;
-    for (int row : m_imageTable->selectedRowNumbers())
-        selected.insert(rowId(row));
-    const quint64 current = rowId(m_imageTable->currentRow());
-    m_imageTable->permuteRows(from);
-    QItemSelection selection;
-    for (int row = 0; row < count; ++row) {
-        if (selected.contains(rowId(row)))
-            selection.select(m_imageTable->model()->index(row, 0),
-                             m_imageTable->model()->index(row, m_imageTable->columnCount() - 1));
-    }
-    const int currentRow = rowForId(current);
-    if (currentRow >= 0)
-        m_imageTable->setCurrentCell(currentRow, FileColumn, QItemSelectionModel::NoUpdate);
-    m_imageTable->selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect);
+    m_imageTable->permuteRows(from); // the selection and the current row move with their rows
     syncJobOrder(); // a run goes on in the new order
     recordTableChange(what);
 }
