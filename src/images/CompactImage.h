@@ -18,6 +18,11 @@ public:
     QSize size() const { return m_size; }
     qsizetype byteCount() const { return m_jpeg.size(); }
     QImage image() const;
+    // Whether other holds these very bytes (a copy of this, not an equal picture made anew).
+    bool sameAs(const CompactImage &other) const
+    {
+        return m_jpeg.constData() == other.m_jpeg.constData() && m_size == other.m_size;
+    }
 
 private:
     QByteArray m_jpeg;

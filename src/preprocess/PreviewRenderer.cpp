@@ -27,13 +27,35 @@ PreviewRenderer::~PreviewRenderer()
 
 QImage PreviewRenderer::render(const Request &request)
 {
-    if (request.source.isNull())
+    return render(request, previewFrameOuterSize(effectiveFrameResolution(request.panel, request.landscape),
+                                                 kPreviewBox));
+}
+
+QImage PreviewRenderer::render(const Request &request, const QSize &outer)
+{
+    if (request.source.isNull() || outer.isEmpty())
         return QImage();
-    const QSize frame = effectiveFrameResolution(request.panel, request.landscape);
-    const QImage preview = renderPreprocDisplayPreview(
-        request.source.image(), request.state,
-        scaledResolutionForPreview(request.panel, kThumbnailSourceSide), request.landscape);
-    return makeFramedPreviewImageExact(preview, previewFrameOuterSize(frame, kPreviewBox));
+    const int side = qMax(kThumbnailSourceSide, qMax(outer.width(), outer.height()));
+    const QImage preview =
+        renderPreprocDisplayPreview(request.source.image(), request.state,
+                                    scaledResolutionForPreview(request.panel, side), request.landscape);
+    return makeFramedPreviewImageExact(preview, outer);
+}
+
+QSize PreviewRenderer::framedSize(const QSize &panel, bool landscape, int height)
+{
+    const QSize frame = effectiveFrameResolution(panel, landscape);
+    if (height < 1)
+        return QSize();
+    if (frame.width() < 1 || frame.height() < 1)
+        return QSize(height, height);
+    return QSize(qMax(1, qRound(double(height) * frame.width() / frame.height())), height);
+}
+
+bool PreviewRenderer::sameRequest(const Request &a, const Request &b)
+{
+    return a.source.sameAs(b.source) && a.state == b.state && a.panel == b.panel &&
+           a.landscape == b.landscape;
 }
 
 void PreviewRenderer::request(PreprocWidget *widget, const Request &request)

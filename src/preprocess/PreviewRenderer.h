@@ -46,6 +46,12 @@ public:
 
     // The framed thumbnail of a row, on any thread; null for a null source.
     static QImage render(const Request &request);
+    // The framed picture at outer size (a tile of the picture grid), drawn at that size.
+    static QImage render(const Request &request, const QSize &outer);
+    // The size of a framed picture height pixels tall.
+    static QSize framedSize(const QSize &panel, bool landscape, int height);
+    // Whether a and b draw the same picture (the same thumbnail source, not only an equal one).
+    static bool sameRequest(const Request &a, const Request &b);
 
 Q_SIGNALS:
     void idle();
