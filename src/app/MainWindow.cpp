@@ -5,6 +5,7 @@
 #include "images/DecodeQueue.h"
 #include "images/FaceSearch.h"
 #include "images/ImageLoader.h"
+#include "images/ImageTableWidget.h"
 #include "preprocess/Caption.h"
 #include "preprocess/PreviewRenderer.h"
 #include "run/ScratchFolders.h"
@@ -14,6 +15,7 @@
 #include <QDialog>
 #include <QDragEnterEvent>
 #include <QDropEvent>
+#include <QItemSelectionModel>
 #include <QLockFile>
 #include <QMessageBox>
 #include <QMimeData>
@@ -52,6 +54,10 @@ MainWindow::~MainWindow()
 {
     if (m_undoStack)
         m_undoStack->disconnect(this); // it goes after the menus' actions
+    // The table's rows go with it; the grid's sync has nothing to do with them any more.
+    m_imageTable->disconnect(this);
+    m_imageTable->model()->disconnect(this);
+    m_imageTable->selectionModel()->disconnect(this);
     endSession();
     saveSettings();
     // An adding under way stops; it returns as soon as its event loop does.

@@ -22,6 +22,8 @@
 class DecodeQueue;
 class FaceSearch;
 class ImageTableWidget;
+class PictureGrid;
+struct GridTile;
 class PreprocControlPanel;
 class PreprocWidget;
 class PreviewRenderer;
@@ -40,7 +42,9 @@ class QMenu;
 class QPlainTextEdit;
 class QProgressBar;
 class QPushButton;
+class QSlider;
 class QSpinBox;
+class QStackedWidget;
 class QUndoStack;
 class QLockFile;
 class QTimer;
@@ -100,7 +104,10 @@ public:
     void addImageFiles(const QStringList &paths);
     void addSingleFile(const QString &path, const QString &baseDir, QSet<QString> *seen);
     void updateCount();
+    // The rows the batch bar and Remove Selected act on: the checked rows, or in the grid the
+    // selected tiles.
     QList<int> checkedRows() const;
+    QList<int> checkedRowsInTable() const;
     QWidget *createRowReorderWidget(int row);
     int findRowForReorderButton(QWidget *button) const;
     void moveTableRowUp(int row);
@@ -118,6 +125,9 @@ public:
     void revalidateRows();
     int rowCountWithStatus(const QList<Str::RowStatus> &statuses) const;
     ImageTableWidget *imageTable() const { return m_imageTable; }
+    PictureGrid *pictureGrid() const { return m_pictureGrid; }
+    bool isGridShown() const;
+    void showGrid(bool on);
     bool isProcessing() const { return m_processing; }
 
     // Batch preprocessing and frame settings
@@ -252,6 +262,7 @@ public Q_SLOTS:
     void onShuffle();
     void onMoveRowsUp();
     void onMoveRowsDown();
+    void onRowsDragged(const QList<int> &rows, int destination);
 
 protected:
     void showEvent(QShowEvent *event) override;
@@ -269,6 +280,14 @@ private:
     void setupMenuBar();
     void setupFileMenu();
     void setupArrangeMenu();
+    void setupViewMenu();
+    QWidget *createPictureViews(QWidget *parent);
+    GridTile gridTile(int row) const;
+    // The grid's selection and the table's check boxes made alike, once the events under way are
+    // handled: in the direction asked for last, the checks winning over the selection.
+    enum class GridSync { None, ChecksFromSelection, SelectionFromChecks };
+    void scheduleGridSync(GridSync direction);
+    void syncGridSelection();
     void setupEditMenu();
     void setupSessionAction();
     void offerLastSession(bool endedAbnormally);
@@ -378,6 +397,9 @@ private:
     QAction *m_actionMoveRowsDown = nullptr;
     QAction *m_actionRemoveRows = nullptr;
     QAction *m_actionWarnDuplicates = nullptr;
+    QMenu *m_viewMenu = nullptr;
+    QAction *m_actionViewList = nullptr;
+    QAction *m_actionViewGrid = nullptr;
 
     // Sections
     QLabel *m_introLabel = nullptr;
@@ -431,6 +453,13 @@ private:
     QPushButton *m_batchCaptionButton = nullptr;
     QPushButton *m_batchAutoFrameButton = nullptr;
     ImageTableWidget *m_imageTable = nullptr;
+    QStackedWidget *m_pictureViews = nullptr; // the table, or the grid's page
+    QWidget *m_gridPage = nullptr;
+    PictureGrid *m_pictureGrid = nullptr;
+    QLabel *m_gridZoomLabel = nullptr;
+    QSlider *m_gridZoom = nullptr;
+    GridSync m_gridSync = GridSync::None;
+    bool m_syncingGrid = false;
 
     // Step 3: playback file
     QCheckBox *m_playlistEnableCheck = nullptr;

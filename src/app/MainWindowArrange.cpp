@@ -1,9 +1,10 @@
 // Arranging the table: rows moved by dragging or by Ctrl+Up/Down, the Arrange menu's sorts,
-// and Delete. A run goes on in the new order (its items are known by their ids).
+// and Delete, in the table and in the grid. A run goes on in the new order (its items are known by their ids).
 #include "app/MainWindow.h"
 
 #include "app/Arrangement.h"
 #include "images/ImageTableWidget.h"
+#include "preprocess/PictureGrid.h"
 #include "preprocess/PreprocWidget.h"
 
 #include <QAction>
@@ -46,12 +47,14 @@ void MainWindow::setupArrangeMenu()
     for (QAction *action : {m_actionMoveRowsUp, m_actionMoveRowsDown, m_actionRemoveRows}) {
         action->setShortcutContext(Qt::WidgetWithChildrenShortcut);
         m_imageTable->addAction(action);
+        m_pictureGrid->addAction(action);
     }
-    connect(m_imageTable, &ImageTableWidget::rowsDragged, this,
-            [this](const QList<int> &rows, int destination) {
-                arrangeRows(Arrangement::moved(m_imageTable->rowCount(), rows, destination),
-                            Str::undoMovePictures());
-            });
+    connect(m_imageTable, &ImageTableWidget::rowsDragged, this, &MainWindow::onRowsDragged);
+}
+
+void MainWindow::onRowsDragged(const QList<int> &rows, int destination)
+{
+    arrangeRows(Arrangement::moved(m_imageTable->rowCount(), rows, destination), Str::undoMovePictures());
 }
 
 QList<int> MainWindow::rowsToArrange() const

@@ -5,6 +5,7 @@
 #include "preprocess/Caption.h"
 #include "preprocess/CaptionDialog.h"
 #include "preprocess/PreprocControlPanel.h"
+#include "preprocess/PictureGrid.h"
 #include "preprocess/PreprocWidget.h"
 #include "preprocess/Tone.h"
 #include "preprocess/ToneDialog.h"
@@ -162,6 +163,8 @@ void MainWindow::updatePreprocPanelSettings()
         return;
     const QSize panel = panelResolution();
     const bool landscape = isLandscapeOrientation();
+    if (m_pictureGrid)
+        m_pictureGrid->setFrame(panel, landscape);
     QList<int> rows;
     for (int row = 0; row < m_imageTable->rowCount(); ++row) {
         if (preprocWidgetAt(row))

@@ -6,6 +6,7 @@
 #include "images/DecodeQueue.h"
 #include "images/ImageLoader.h"
 #include "images/ImageTableWidget.h"
+#include "preprocess/PictureGrid.h"
 #include "preprocess/PreprocWidget.h"
 #include "ui/RowStatusCell.h"
 
@@ -380,6 +381,7 @@ void MainWindow::fillImageRow(int row, const RowRecord &record)
     widget->applyLanguage();
     connect(widget, &PreprocWidget::preprocessingChanged, this,
             [this, widget] { onRowPreprocessingChanged(widget); });
+    connect(widget, &PreprocWidget::previewRedrawn, m_pictureGrid->viewport(), qOverload<>(&QWidget::update));
     m_imageTable->setCellWidget(row, FileColumn, widget);
 
     auto *thumb = new QLabel;

@@ -17,6 +17,7 @@
 #include <QMenuBar>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QSlider>
 #include <QSpinBox>
 
 namespace {
@@ -105,10 +106,17 @@ void MainWindow::retranslateUi()
         m_recentListsMenu->setTitle(Str::menuRecentLists());
     rebuildRecentListsMenu();
 
-    // 3. The Edit and Arrange menus.
+    // 3. The Edit, View and Arrange menus.
     if (m_editMenu)
         m_editMenu->setTitle(Str::menuEdit());
     updateUndoActions();
+    if (m_viewMenu)
+        m_viewMenu->setTitle(Str::menuView());
+    setTextIf(m_actionViewList, Str::actionViewList());
+    setTextIf(m_actionViewGrid, Str::actionViewGrid());
+    setTextIf(m_gridZoomLabel, Str::gridTileSize());
+    if (m_gridZoom)
+        m_gridZoom->setToolTip(Str::gridTileSizeTip());
     if (m_arrangeMenu)
         m_arrangeMenu->setTitle(Str::menuArrange());
     setTextIf(m_actionSortByDateTaken, Str::actionSortByDateTaken());

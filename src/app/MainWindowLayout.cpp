@@ -28,6 +28,7 @@ void MainWindow::setupMenuBar()
 {
     setupFileMenu();
     setupEditMenu();
+    setupViewMenu();
     setupArrangeMenu();
     // Texts come from retranslateUi.
     m_helpMenu = menuBar()->addMenu(QString());

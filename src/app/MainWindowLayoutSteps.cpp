@@ -100,8 +100,7 @@ QGroupBox *MainWindow::createStepAddImages()
     batchLayout->addWidget(m_batchCaptionButton);
     layout->addWidget(batchBar);
 
-    setupImageTable();
-    layout->addWidget(m_imageTable, 1);
+    layout->addWidget(createPictureViews(section), 1);
 
     connect(m_addImagesButton, &QPushButton::clicked, this, &MainWindow::onAddImages);
     connect(m_addFolderButton, &QPushButton::clicked, this, &MainWindow::onAddFolder);

@@ -5,6 +5,7 @@
 #include "images/FaceSearch.h"
 #include "images/ImageLoader.h"
 #include "images/ImageTableWidget.h"
+#include "preprocess/PictureGrid.h"
 #include "preprocess/PreprocWidget.h"
 #include "ui/RowStatusCell.h"
 
@@ -22,6 +23,11 @@ PreprocWidget *MainWindow::preprocWidgetAt(int row) const
 }
 
 QList<int> MainWindow::checkedRows() const
+{
+    return isGridShown() ? m_pictureGrid->selectedRowNumbers() : checkedRowsInTable();
+}
+
+QList<int> MainWindow::checkedRowsInTable() const
 {
     QList<int> rows;
     for (int row = 0; m_imageTable && row < m_imageTable->rowCount(); ++row) {
@@ -108,6 +114,7 @@ void MainWindow::onSelectAllToggled(bool checked)
         if (QTableWidgetItem *item = m_imageTable->item(row, SelectColumn))
             item->setCheckState(checked ? Qt::Checked : Qt::Unchecked);
     }
+    syncGridSelection(); // the grid's tiles at once
 }
 
 void MainWindow::onRemoveSelected()

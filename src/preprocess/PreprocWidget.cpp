@@ -144,7 +144,7 @@ void PreprocWidget::refreshPreviewPixmap()
 {
     if (m_renderer) {
         if (!m_thumbnailSource.isNull())
-            m_renderer->request(this, {m_thumbnailSource, m_state, m_panelResolution, m_landscape});
+            m_renderer->request(this, previewRequest());
         return;
     }
     const QImage preview = displayPreviewImage();
@@ -227,6 +227,12 @@ void PreprocWidget::updatePreview()
     }
     refreshPreviewPixmap();
     m_previewLabel->show();
+    Q_EMIT previewRedrawn();
+}
+
+PreviewRenderer::Request PreprocWidget::previewRequest() const
+{
+    return {m_thumbnailSource, m_state, m_panelResolution, m_landscape};
 }
 
 void PreprocWidget::refreshPreviewDisplay() { updatePreview(); }

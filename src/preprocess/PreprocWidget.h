@@ -3,6 +3,7 @@
 #include "images/CompactImage.h"
 #include "images/FaceDetector.h"
 #include "preprocess/ImagePreprocess.h"
+#include "preprocess/PreviewRenderer.h"
 
 #include <QDateTime>
 #include <QImage>
@@ -13,7 +14,6 @@
 #include <optional>
 
 class PreprocControlPanel;
-class PreviewRenderer;
 class QLabel;
 
 // The cell widget of an image row: the row's picture and its preprocessing state, with the
@@ -60,6 +60,8 @@ public:
     QLabel *faceMark() const { return m_faceMark; }
     // A framed thumbnail the renderer made for this widget's current content.
     void showFramedPreview(const QImage &framed);
+    // What the framed thumbnail is drawn from.
+    PreviewRenderer::Request previewRequest() const;
 
     QString sourcePath() const { return m_sourcePath; }
     QImage thumbnailSource() const { return m_thumbnailSource.image(); }
@@ -116,6 +118,8 @@ public Q_SLOTS:
 
 Q_SIGNALS:
     void preprocessingChanged();
+    // The thumbnail is drawn again (its content or the frame changed), whether or not by the user.
+    void previewRedrawn();
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;

@@ -502,6 +502,11 @@ QString rowStatusText(RowStatus status, int exitCode = 0);
 
 // --- Arranging the table: moving, sorting, undo ---
 QString menuArrange();
+QString menuView();
+QString actionViewList();
+QString actionViewGrid();
+QString gridTileSize();
+QString gridTileSizeTip();
 QString actionSortByDateTaken();
 QString actionSortByName();
 QString actionSortByFileDate();

@@ -12,6 +12,15 @@ QString actionShuffle() { return pick("随机打乱", "Shuffle"); }
 QString actionMoveRowsUp() { return pick("所选上移", "Move Selected Up"); }
 QString actionMoveRowsDown() { return pick("所选下移", "Move Selected Down"); }
 QString actionRemoveRows() { return pick("移除所选", "Remove Selected"); }
+QString menuView() { return pick("视图(&V)", "View(&V)"); }
+QString actionViewList() { return pick("列表", "List"); }
+QString actionViewGrid() { return pick("网格", "Grid"); }
+QString gridTileSize() { return pick("缩略图大小：", "Tile size:"); }
+QString gridTileSizeTip()
+{
+    return pick("网格中每张图片的高度（120 到 400 像素）。",
+                "How tall each picture of the grid is (120 to 400 pixels).");
+}
 QString menuEdit() { return pick("编辑(&E)", "Edit(&E)"); }
 
 QString actionUndo(const QString &what)

@@ -98,11 +98,12 @@ QStringList TestMainWindowLists::paths() const
 void TestMainWindowLists::fileMenuComesBeforeHelp()
 {
     const QList<QAction *> menus = m_window->menuBar()->actions();
-    QCOMPARE(menus.size(), 4);
+    QCOMPARE(menus.size(), 5);
     QCOMPARE(menus.at(0)->text(), QStringLiteral("File(&F)"));
     QCOMPARE(menus.at(1)->text(), QStringLiteral("Edit(&E)"));
-    QCOMPARE(menus.at(2)->text(), QStringLiteral("Arrange(&A)"));
-    QCOMPARE(menus.at(3)->text(), QStringLiteral("Help(&H)"));
+    QCOMPARE(menus.at(2)->text(), QStringLiteral("View(&V)"));
+    QCOMPARE(menus.at(3)->text(), QStringLiteral("Arrange(&A)"));
+    QCOMPARE(menus.at(4)->text(), QStringLiteral("Help(&H)"));
     QVERIFY(fileAction("Open List…") && fileAction("Save List…") && fileAction("Save List As…"));
     QVERIFY(fileAction("Recent Lists"));
 
