@@ -1,8 +1,9 @@
 // Arranges a table of many rows in the real window and prints, each beside its target: the
 // time of a sort by date taken (the dates already read), of undoing a batch fill over every
-// row, of undoing a removal of every row (the rows made anew), the longest the event loop went
+// row, of undoing a removal of every row (the rows made anew), of showing the grid of framed
+// tiles and scrolling it through, page by page as each is drawn; the longest the event loop went
 // without running meanwhile (a 10-ms heartbeat, the thumbnails drawn again included), and the
-// resident memory per row with its undo steps.
+// resident memory per row with its undo steps, before the grid and with it.
 //
 //   bench_arrange [--rows N]
 //
@@ -12,8 +13,10 @@
 #include "BenchSetup.h"
 #include "app/MainWindow.h"
 #include "images/ImageTableWidget.h"
+#include "preprocess/PictureGrid.h"
 #include "preprocess/PreprocWidget.h"
 #include "preprocess/PreviewRenderer.h"
+#include "preprocess/TileRenderer.h"
 
 #include "Heartbeat.h"
 #include "TestFiles.h"
@@ -22,6 +25,8 @@
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QRandomGenerator>
+#include <QScrollBar>
+#include <QSlider>
 #include <QUndoStack>
 
 #include <cstdio>
@@ -46,6 +51,40 @@ void measure(const char *what, double targetMs, MainWindow &window, const std::f
     const QByteArray target =
         targetMs > 0 ? "(target <= " + QByteArray::number(targetMs) + ")" : "(no target)";
     std::printf("  %-34s %7.0f ms %-16s longest gap %4lld ms (target <= 100)\n", what, ms, target.constData(),
+                heartbeat.longestGapMs());
+    std::fflush(stdout);
+}
+
+// Whether every tile in view is drawn for what its row shows now.
+bool tilesInViewDrawn(MainWindow &window)
+{
+    PictureGrid *grid = window.pictureGrid();
+    for (int row = 0; row < window.imageTable()->rowCount(); ++row) {
+        if (grid->tileRect(row).intersects(grid->viewport()->rect()) &&
+            !grid->renderer()->isCurrent(grid->idAt(row), window.preprocWidgetAt(row)->previewRequest(),
+                                         grid->tileSize()))
+            return false;
+    }
+    return true;
+}
+
+// Scrolls the grid from top to bottom a page at a time, each page once its tiles are drawn;
+// prints how long that took and the longest freeze meanwhile.
+void scrollThrough(MainWindow &window)
+{
+    QScrollBar *bar = window.pictureGrid()->verticalScrollBar();
+    bar->setValue(0);
+    BenchSetup::waitFor(10000, [&window] { return tilesInViewDrawn(window); });
+    const Heartbeat heartbeat;
+    QElapsedTimer timer;
+    timer.start();
+    int pages = 0;
+    for (; bar->value() < bar->maximum(); ++pages) {
+        bar->setValue(bar->value() + bar->pageStep());
+        BenchSetup::waitFor(10000, [&window] { return tilesInViewDrawn(window); });
+    }
+    std::printf("  %-34s %7.0f ms %-16s longest gap %4lld ms (target <= 100)\n", "scroll the grid through",
+                double(timer.nsecsElapsed()) / 1e6, qPrintable(QStringLiteral("(%1 pages)").arg(pages)),
                 heartbeat.longestGapMs());
     std::fflush(stdout);
 }
@@ -86,9 +125,17 @@ int main(int argc, char *argv[])
     measure("redo the batch", 500, window, [&window] { window.undoStack()->redo(); });
     measure("remove every row", 0, window, [&window] { window.onRemoveSelected(); });
     measure("undo the removal (rows made anew)", 0, window, [&window] { window.undoStack()->undo(); });
-    const qint64 after = residentBytes();
+    const int count = qMax(1, window.imageTable()->rowCount());
     std::printf("  resident memory per row, undo steps included: %lld KB\n",
-                (after - before) / 1024 / qMax(1, window.imageTable()->rowCount()));
+                (residentBytes() - before) / 1024 / count);
+
+    measure("show the grid (200-px tiles)", 0, window, [&window] {
+        window.findChild<QAction *>(QStringLiteral("viewGrid"))->trigger();
+        window.findChild<QSlider *>(QStringLiteral("gridZoom"))->setValue(200);
+    });
+    scrollThrough(window);
+    std::printf("  resident memory per row, grid open, undo steps included: %lld KB (target <= 400)\n",
+                (residentBytes() - before) / 1024 / count);
     (void)pictures;
     return 0;
 }
