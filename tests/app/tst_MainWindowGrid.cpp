@@ -77,7 +77,7 @@ private:
         viewAction(*m_window, "viewGrid")->trigger();
         m_window->findChild<QSlider *>(QStringLiteral("gridZoom"))->setValue(tileHeight);
         m_window->resize(1000, 900);
-        QTest::qWaitFor([this] { return m_window->pictureGrid()->isVisible(); });
+        (void)QTest::qWaitFor([this] { return m_window->pictureGrid()->isVisible(); });
         return m_window->pictureGrid();
     }
 };
