@@ -43,13 +43,14 @@ QString MainWindow::resolveOutputPathsForRow(int row) const
 
 QString MainWindow::keyArgumentPath() const
 {
-    // A run passes the key it read at Start; outside a run, the file as it is now.
-    if (m_processing && m_runKey && !m_runKey->isNull())
-        return m_runKey->pathForProcessor(m_scratch->keyDir());
-    const KeySnapshot key = KeySnapshot::read(currentKeyFilePath(), nullptr);
-    if (!key.isNull())
-        return key.pathForProcessor(m_scratch->keyDir());
-    return QDir::fromNativeSeparators(QFileInfo(currentKeyFilePath()).absoluteFilePath());
+    // A run passes a copy of the key it read at Start; outside a run, a copy of the file as it
+    // is now. Only a file that is no key at all (the processor will say so) goes as it is.
+    const KeySnapshot key = m_processing && m_runKey && !m_runKey->isNull()
+                                ? *m_runKey
+                                : KeySnapshot::read(currentKeyFilePath(), nullptr);
+    const QString copy = key.isNull() ? QString() : key.pathForProcessor(m_scratch->keyDir());
+    return !copy.isEmpty() ? copy
+                           : QDir::fromNativeSeparators(QFileInfo(currentKeyFilePath()).absoluteFilePath());
 }
 
 bool MainWindow::takeKeySnapshotForRun()

@@ -22,10 +22,6 @@ QByteArray readAll(const QString &path, bool *ok)
     return *ok ? file.readAll() : QByteArray();
 }
 
-bool isPlainAscii(const QString &text)
-{
-    return std::all_of(text.begin(), text.end(), [](QChar c) { return c.unicode() < 128; });
-}
 } // namespace
 
 KeySnapshot KeySnapshot::read(const QString &path, QString *error)
@@ -86,23 +82,23 @@ bool KeySnapshot::fileStillMatches() const
     return ok && now == m_bytes;
 }
 
-QString KeySnapshot::pathForProcessor(const QString &stagingDir) const
+QString KeySnapshot::pathForProcessor(const QString &stagingDir, QString *error) const
 {
-    const QString absolute = QDir::fromNativeSeparators(m_path);
-    const bool unchanged = fileStillMatches();
-    if (unchanged && isPlainAscii(absolute))
-        return absolute;
-    const QString suffix = QFileInfo(absolute).suffix();
+    const QString suffix = QFileInfo(m_path).suffix();
     const QString copy =
         QDir(stagingDir)
             .filePath(QStringLiteral("device_key.") + (suffix.isEmpty() ? kStagedKeySuffix : suffix));
     bool ok = false;
     if (readAll(copy, &ok) == m_bytes && ok)
-        return copy; // staged before and still the same key
+        return copy; // staged before and still this key
     QDir().mkpath(stagingDir);
     QFile::remove(copy);
-    if (!FileWriter::writeAll(copy, m_bytes, nullptr))
-        return absolute;
+    QString reason;
+    if (!FileWriter::writeAll(copy, m_bytes, &reason)) {
+        if (error)
+            *error = reason;
+        return QString();
+    }
     return copy;
 }
 

@@ -7,9 +7,9 @@
 
 // The device key file as read once: its bytes and what the tool reads from them (panel,
 // device id, account). A run takes one snapshot at Start and makes its frames and its
-// playlist from it, whatever happens to the file afterwards: while the file still holds the
-// same bytes the processor gets the file as the user chose it, otherwise a copy of the
-// snapshot. A null snapshot stands for "no key file".
+// playlist from it, whatever happens to the file afterwards: the processor always gets a copy
+// of the snapshot, never the user's file, which may be replaced or deleted at any moment. A
+// null snapshot stands for "no key file".
 class KeySnapshot
 {
 public:
@@ -40,10 +40,10 @@ public:
     // True while the file on disk holds exactly the snapshot's bytes.
     bool fileStillMatches() const;
 
-    // The key path to give the processor: the file itself while it is unchanged and its path
-    // is plain ASCII; otherwise "device_key.<suffix>" in stagingDir holding the snapshot's
-    // bytes (kept while it does). Falls back to the file's own path when no copy can be made.
-    QString pathForProcessor(const QString &stagingDir) const;
+    // The key path to give the processor: "device_key.<suffix>" in stagingDir holding the
+    // snapshot's bytes (written again unless it still does). Empty, with the reason, when it
+    // cannot be written.
+    QString pathForProcessor(const QString &stagingDir, QString *error = nullptr) const;
 
 private:
     QString m_path;

@@ -299,7 +299,7 @@ PlaylistExportRequest PackageJob::packageRequest(const PanelSpec &panel, int int
     return request;
 }
 
-QString PackageJob::keyPathForRun() const
+QString PackageJob::keyPathForRun(QString *error) const
 {
-    return m_key.isNull() ? QString() : m_key.pathForProcessor(m_keyDir);
+    return m_key.isNull() ? QString() : m_key.pathForProcessor(m_keyDir, error);
 }

@@ -181,7 +181,7 @@ private:
     void finishRun();
     RenderRequest renderRequest(const JobPicture &picture) const;
     QString processorInput(quint64 id);
-    QString keyPathForRun() const;
+    QString keyPathForRun(QString *error = nullptr) const;
 
     QString m_outputDir;
     QString m_renderDir;

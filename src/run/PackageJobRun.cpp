@@ -191,7 +191,14 @@ void PackageJob::launch(Slot *slot, const std::optional<QString> &rendered)
         log(slot, Str::preprocFailedUseOriginal());
     if (rendered && !rendered->isEmpty())
         slot->rendered = *rendered;
-    const QStringList args = arguments(slot->id, rendered, keyPathForRun());
+    // The processor reads the run's own copy of the key, whatever becomes of the user's file.
+    QString keyError;
+    const QString keyPath = keyPathForRun(&keyError);
+    if (!m_key.isNull() && keyPath.isEmpty()) {
+        end(slot, RowStatus::Failed, 0, Str::keyCopyFailed(QDir::toNativeSeparators(m_keyDir), keyError));
+        return;
+    }
+    const QStringList args = arguments(slot->id, rendered, keyPath);
     const QString executable = m_setup.executable;
     const QString workDir = m_setup.workDir;
     log(slot, Str::rowLogHeader(QTime::currentTime().toString(QStringLiteral("HH:mm:ss")),

@@ -277,6 +277,8 @@ QString keyFileProblemTitle();
 QString keyFileUnreadable(const QString &path, const QString &reason);
 QString keyFileNotAKey(const QString &path, const QString &reason);
 QString keyFilePanelMismatch(const QString &path, const QString &keyType, const QString &chosenType);
+// A run's item that could not get its copy of the key.
+QString keyCopyFailed(const QString &folder, const QString &reason);
 QString saveLocationNotWritable(const QString &path, const QString &reason);
 QString packageNotAFolder(const QString &path);
 QString packageHoldsForeignFiles(const QString &path, const QStringList &names);

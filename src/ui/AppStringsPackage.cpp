@@ -35,6 +35,13 @@ QString keyFilePanelMismatch(const QString &path, const QString &keyType, const 
         .arg(path, keyType, chosenType);
 }
 
+QString keyCopyFailed(const QString &folder, const QString &reason)
+{
+    return pick("  ❌ 无法把设备密钥复制到 %1 供处理程序使用：%2",
+                "  ❌ The device key could not be copied for the processor into %1: %2")
+        .arg(folder, reason);
+}
+
 QString saveLocationNotWritable(const QString &path, const QString &reason)
 {
     return pick("无法写入保存位置:\n%1\n\n%2\n\n请选择一个可以写入的文件夹。",

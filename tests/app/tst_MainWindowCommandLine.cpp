@@ -168,11 +168,13 @@ void TestMainWindowCommandLine::commandLine()
     QCOMPARE(m_window->buildArgs(0).mid(3), (QStringList{"--pubkey", staged}));
     QCOMPARE(QFileInfo(staged).lastModified(), longAgo); // not copied again
 
-    // A plain ASCII path goes as it is.
+    // A plain ASCII path goes as a copy too: the processor never reads the user's file.
     const QString plainKey = m_fixture->path("keys/plain.key");
     QVERIFY(TestFiles::write(plainKey, "{}"));
     setKeyFile(plainKey);
-    QCOMPARE(m_window->buildArgs(0).mid(3), (QStringList{"--pubkey", plainKey}));
+    const QString plainCopy = QFileInfo(staged).absolutePath() + "/device_key.key";
+    QCOMPARE(m_window->buildArgs(0).mid(3), (QStringList{"--pubkey", plainCopy}));
+    QCOMPARE(TestFiles::read(plainCopy), QByteArray("{}"));
     // A render that fails falls back to the original picture, with a warning.
     QFile::remove(pictures.at(1));
     args = m_window->buildArgs(1);
@@ -194,7 +196,9 @@ void TestMainWindowCommandLine::keyFlagFromTheVariant()
     QVERIFY(TestFiles::write(key, R"({"panel": "10"})"));
     setKeyFile(key);
     addPictures({TestFiles::markedImage(400, 300)});
-    QCOMPARE(m_window->buildArgs(0).mid(2), (QStringList{"100", "--device-key", key, "--quality", "high"}));
+    const QString windowId = QFileInfo(m_window->liteBinStagingDir()).fileName();
+    const QString copy = m_fixture->path("tmp/tarngui_pubkey/" + windowId + "/device_key.json");
+    QCOMPARE(m_window->buildArgs(0).mid(2), (QStringList{"100", "--device-key", copy, "--quality", "high"}));
     ModalAnswerer completion(QMessageBox::Cancel);
     runToTheEnd();
     QCOMPARE(statusText(0), QStringLiteral("Done ✓"));

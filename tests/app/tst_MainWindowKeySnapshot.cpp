@@ -1,6 +1,6 @@
 // One key for the whole run: the device key file is read once at Start, a key that cannot be
 // read or names another panel refuses the run, and the frames and playlist.json are made from
-// that one snapshot whatever happens to the file during the run.
+// that one snapshot whatever happens to the file during the run: every processor gets the run's own copy.
 #include "app/MainWindow.h"
 #include "ui/UiLanguage.h"
 
@@ -15,6 +15,8 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QTest>
+
+#include <functional>
 
 namespace {
 const QByteArray kFrameKey = R"({"panel": "13.3", "device_id": "FRAME-133", "uid": "owner"})";
@@ -40,7 +42,11 @@ private Q_SLOTS:
     void keyReplacedDuringTheRun();
 
 private:
+    // A new window whose processor reads the key 0.3 s after it starts and notes its device.
+    void useSlowKeyReader();
+    void runWhileTheKeyFileChanges(const std::function<void(const QString &)> &change);
     QString importKey(const QByteArray &json);
+    QString m_keysRead;
     QStringList commandLines() const { return logLines(*m_window).filter(QStringLiteral("  $ TARN-lite")); }
 };
 
@@ -124,50 +130,77 @@ void TestMainWindowKeySnapshot::keyReplacedBeforeStartRemakesTheFrames()
         QStringLiteral("FRAME-NEW"));
 }
 
-void TestMainWindowKeySnapshot::keyDeletedDuringTheRun()
+void TestMainWindowKeySnapshot::useSlowKeyReader()
 {
+    // A processor that reads the key a moment after it starts, and notes whose key it read.
+    const QString dir = m_fixture->path(QStringLiteral("slow-key-reader"));
+    QDir(dir).removeRecursively();
+    QDir().mkpath(dir);
+    QVERIFY(QFile::copy(WindowFixture::demoProcessorDir() + "/processor_manifest.json",
+                        dir + "/processor_manifest.json"));
+    m_keysRead = dir + "/keys-read.txt";
+    const QString script = QStringList{"#!/bin/sh",
+                                       "[ \"$1\" = \"--help\" ] && exec \"%1\" --help",
+                                       "sleep 0.3",
+                                       "key=\"\"",
+                                       "previous=\"\"",
+                                       "for argument in \"$@\"; do",
+                                       "    [ \"$previous\" = \"--pubkey\" ] && key=\"$argument\"",
+                                       "    previous=\"$argument\"",
+                                       "done",
+                                       "if [ -f \"$key\" ]; then grep -o '\"device_id\": \"[^\"]*\"' "
+                                       "\"$key\" >> \"%2\"; else echo \"no key\" >> \"%2\"; fi",
+                                       "exec \"%1\" \"$@\"",
+                                       ""}
+                               .join('\n')
+                               .arg(WindowFixture::demoProcessor(), m_keysRead);
+    QVERIFY(TestFiles::write(dir + "/TARN-lite", script.toUtf8()));
+    QFile(dir + "/TARN-lite").setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    m_fixture->useProcessor(dir + "/TARN-lite", dir);
+    m_window = std::make_unique<MainWindow>();
+    m_window->show();
+    QTRY_VERIFY(!startupCheckRunning(*m_window));
+    saveLocation(*m_window)->setText(m_fixture->path("out"));
+    withoutDuplicateWarnings(*m_window);
+}
+
+void TestMainWindowKeySnapshot::runWhileTheKeyFileChanges(const std::function<void(const QString &)> &change)
+{
+    useSlowKeyReader();
     const QString path = importKey(kFrameKey);
     addColours({Qt::red, Qt::blue, Qt::green});
-    qputenv("TARN_SIM_SLEEP_MS", "300");
     ModalAnswerer completion(QMessageBox::Cancel);
     m_window->onStartProcess();
-    // Deleted once the first row's processor has read it.
-    QTRY_VERIFY(logLines(*m_window).contains("  | tarn-sim: key --pubkey " + path));
-    QVERIFY(QFile::remove(path));
+    // Changed once the first picture's processor has started, before it reads the key.
+    QTRY_COMPARE(commandLines().size(), 1);
+    change(path);
     QTRY_VERIFY_WITH_TIMEOUT(!m_window->isProcessing(), 30000);
     for (int row = 0; row < 3; ++row)
         QCOMPARE(statusText(row), QStringLiteral("Done ✓"));
-    // The first row got the file itself; the rows after it a copy of what was read at Start.
-    QVERIFY(commandLines().at(0).endsWith("--pubkey " + path));
+    // Every picture was made with the key read at Start: each processor got the run's own copy.
+    QCOMPARE(TestFiles::read(m_keysRead), QByteArray("\"device_id\": \"FRAME-133\"\n").repeated(3));
     const QString windowId = QFileInfo(m_window->liteBinStagingDir()).fileName();
     const QString copy = m_fixture->path("tmp/tarngui_pubkey/" + windowId + "/device_key.json");
-    QVERIFY(commandLines().at(2).endsWith("--pubkey " + copy));
+    for (const QString &line : commandLines())
+        QVERIFY2(line.endsWith("--pubkey " + copy), qPrintable(line));
     QCOMPARE(TestFiles::read(copy), kFrameKey);
     expectPackage({Qt::red, Qt::blue, Qt::green});
+    for (const QString &frame : PackageCheck::listedFrames(packageDir()))
+        QVERIFY(TestFiles::read(QDir(packageDir()).filePath(frame)).startsWith("TSIM 1 1200 1600 133\n"));
     const QJsonObject encrypt = playlistOf(packageDir()).value("encrypt").toObject();
     QVERIFY(encrypt.value("enabled").toBool());
     QCOMPARE(encrypt.value("device_ids").toArray().first().toString(), QStringLiteral("FRAME-133"));
     QCOMPARE(encrypt.value("account_uid").toString(), QStringLiteral("owner"));
 }
 
+void TestMainWindowKeySnapshot::keyDeletedDuringTheRun()
+{
+    runWhileTheKeyFileChanges([](const QString &path) { QVERIFY(QFile::remove(path)); });
+}
+
 void TestMainWindowKeySnapshot::keyReplacedDuringTheRun()
 {
-    const QString path = importKey(kFrameKey);
-    addColours({Qt::red, Qt::blue});
-    qputenv("TARN_SIM_SLEEP_MS", "300");
-    ModalAnswerer completion(QMessageBox::Cancel);
-    m_window->onStartProcess();
-    QTRY_VERIFY(logLines(*m_window).contains("  | tarn-sim: key --pubkey " + path));
-    QVERIFY(TestFiles::write(path, kOtherPanelKey));
-    QTRY_VERIFY_WITH_TIMEOUT(!m_window->isProcessing(), 30000);
-    QCOMPARE(statusText(1), QStringLiteral("Done ✓"));
-    expectPackage({Qt::red, Qt::blue});
-    for (const QString &frame : PackageCheck::listedFrames(packageDir()))
-        QVERIFY(TestFiles::read(QDir(packageDir()).filePath(frame)).startsWith("TSIM 1 1200 1600 133\n"));
-    const QJsonObject playlist = playlistOf(packageDir());
-    QCOMPARE(playlist.value("screen").toObject().value("panel").toString(), QStringLiteral("13.3"));
-    QCOMPARE(playlist.value("encrypt").toObject().value("device_ids").toArray().first().toString(),
-             QStringLiteral("FRAME-133"));
+    runWhileTheKeyFileChanges([](const QString &path) { QVERIFY(TestFiles::write(path, kOtherDeviceKey)); });
 }
 
 QTEST_MAIN(TestMainWindowKeySnapshot)

@@ -20,7 +20,8 @@ private Q_SLOTS:
     void panelCodesAndTypes_data();
     void panelCodesAndTypes();
     void failuresSayWhy();
-    void processorGetsTheFileWhileItIsUnchanged();
+    void processorGetsACopyWhileTheFileIsUnchanged();
+    void aCopyThatCannotBeMadeIsNoPath();
     void processorGetsACopyWhenTheFileChanged();
     void nonAsciiPathGoesAsACopyMadeOnce();
 
@@ -52,7 +53,8 @@ void TestKeySnapshot::readsWhatTheToolUses()
     QVERIFY(KeySnapshot().isNull());
     QCOMPARE(KeySnapshot().fingerprint(), QByteArray());
     // Another key, another fingerprint.
-    QVERIFY(KeySnapshot::read(file("k2.json", R"({"panel": "25.3"})"), nullptr).fingerprint() != key.fingerprint());
+    QVERIFY(KeySnapshot::read(file("k2.json", R"({"panel": "25.3"})"), nullptr).fingerprint() !=
+            key.fingerprint());
 }
 
 void TestKeySnapshot::panelCodesAndTypes_data()
@@ -60,12 +62,18 @@ void TestKeySnapshot::panelCodesAndTypes_data()
     QTest::addColumn<QString>("panel");
     QTest::addColumn<QString>("guiType");
     QTest::addColumn<QSize>("size");
-    QTest::newRow("13.3") << "13.3" << "133" << QSize(1200, 1600);
-    QTest::newRow("7.09") << "7.09" << "070" << QSize(1200, 1600);
-    QTest::newRow("28.5") << "28.5" << "285" << QSize(2160, 3060);
-    QTest::newRow("GUI type 253") << "253" << "253" << QSize(1800, 3200);
-    QTest::newRow("unknown 12") << "12" << "" << QSize();
-    QTest::newRow("none") << "" << "" << QSize();
+    QTest::newRow("13.3") << "13.3"
+                          << "133" << QSize(1200, 1600);
+    QTest::newRow("7.09") << "7.09"
+                          << "070" << QSize(1200, 1600);
+    QTest::newRow("28.5") << "28.5"
+                          << "285" << QSize(2160, 3060);
+    QTest::newRow("GUI type 253") << "253"
+                                  << "253" << QSize(1800, 3200);
+    QTest::newRow("unknown 12") << "12"
+                                << "" << QSize();
+    QTest::newRow("none") << ""
+                          << "" << QSize();
 }
 
 void TestKeySnapshot::panelCodesAndTypes()
@@ -89,19 +97,31 @@ void TestKeySnapshot::failuresSayWhy()
                                    "Import the key file again before you start processing.")
                         .arg(QDir::toNativeSeparators(m_dir.filePath("absent.json"))));
     QVERIFY(KeySnapshot::read(file("list.json", "[1, 2]"), &error).isNull());
-    QVERIFY(error.startsWith(QStringLiteral("The device key file is not a valid key file (not a JSON object):\n")));
+    QVERIFY(error.startsWith(
+        QStringLiteral("The device key file is not a valid key file (not a JSON object):\n")));
     QVERIFY(error.contains(QStringLiteral("\n\nnot a JSON object\n\n")));
     QVERIFY(KeySnapshot::read(file("broken.json", "{ \"panel\": "), &error).isNull());
     QVERIFY(error.contains(QStringLiteral("\n\nillegal value\n\n")) || error.contains("unterminated"));
 }
 
-void TestKeySnapshot::processorGetsTheFileWhileItIsUnchanged()
+void TestKeySnapshot::processorGetsACopyWhileTheFileIsUnchanged()
 {
     const QString path = file("plain.json", R"({"panel": "13.3"})");
     const KeySnapshot key = KeySnapshot::read(path, nullptr);
     QVERIFY(key.fileStillMatches());
-    QCOMPARE(key.pathForProcessor(m_dir.filePath("staging")), path);
-    QVERIFY(!QFileInfo::exists(m_dir.filePath("staging")));
+    const QString copy = m_dir.filePath("staging/device_key.json");
+    QCOMPARE(key.pathForProcessor(m_dir.filePath("staging")), copy);
+    QCOMPARE(TestFiles::read(copy), key.bytes());
+}
+
+void TestKeySnapshot::aCopyThatCannotBeMadeIsNoPath()
+{
+    const KeySnapshot key = KeySnapshot::read(file("plain.json", R"({"panel": "13.3"})"), nullptr);
+    // A file stands where the folder should be.
+    const QString blocked = file("blocked", "a file");
+    QString error;
+    QCOMPARE(key.pathForProcessor(blocked + "/keys", &error), QString());
+    QVERIFY(!error.isEmpty());
 }
 
 void TestKeySnapshot::processorGetsACopyWhenTheFileChanged()
@@ -128,7 +148,8 @@ void TestKeySnapshot::nonAsciiPathGoesAsACopyMadeOnce()
     const QDateTime longAgo = QDateTime::currentDateTime().addDays(-2);
     {
         QFile staged(copy);
-        QVERIFY(staged.open(QIODevice::ReadWrite) && staged.setFileTime(longAgo, QFileDevice::FileModificationTime));
+        QVERIFY(staged.open(QIODevice::ReadWrite) &&
+                staged.setFileTime(longAgo, QFileDevice::FileModificationTime));
     }
     QCOMPARE(key.pathForProcessor(m_dir.filePath("keys")), copy);
     QCOMPARE(QFileInfo(copy).lastModified(), longAgo); // not copied again
