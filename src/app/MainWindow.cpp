@@ -47,6 +47,7 @@ MainWindow::MainWindow(QWidget *parent)
     setupMenuBar(); // after the table, whose selection some of its actions work on
     loadProcessorConfig();
     loadSettings();
+    watchSettings(); // after loading: what was read is not written back at once
     retranslateUi();
 }
 

@@ -314,6 +314,8 @@ private:
     void loadProcessorConfig();
     void loadSettings();
     void saveSettings();
+    // Settings written a second after a change.
+    void watchSettings();
     void finishRun();
     // The run engine's view of the table: the frame settings, each row as an item (its picture
     // and state) and their order. The table is the engine's view in turn: statuses come back
@@ -387,6 +389,8 @@ private:
     std::unique_ptr<QLockFile> m_sessionLock;
     QTimer *m_sessionTimer = nullptr;
     bool m_sessionFailed = false;
+    QTimer *m_settingsTimer = nullptr;
+    bool m_settingsFailureTold = false; // a failed settings write is told once
     QMenu *m_arrangeMenu = nullptr;
     QAction *m_actionSortByDateTaken = nullptr;
     QAction *m_actionSortByName = nullptr;

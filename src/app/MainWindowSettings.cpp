@@ -1,4 +1,6 @@
-// The settings file: read once at construction, written from the destructor.
+// The settings file: read once at construction, written a moment after each change (at most
+// once a second) and once more from the destructor, so that a program killed or ended by a
+// logout keeps what was chosen. A write that fails is reported once.
 #include "app/MainWindow.h"
 
 #include <QCheckBox>
@@ -9,6 +11,14 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QSpinBox>
+#include <QStatusBar>
+#include <QTimer>
+
+#include <utility>
+
+namespace {
+constexpr int kSettingsSaveDelayMs = 1000;
+} // namespace
 
 void MainWindow::loadSettings()
 {
@@ -89,6 +99,35 @@ void MainWindow::loadSettings()
     updatePlaylistUiState();
 }
 
+void MainWindow::watchSettings()
+{
+    m_settingsTimer = new QTimer(this);
+    m_settingsTimer->setSingleShot(true);
+    m_settingsTimer->setInterval(kSettingsSaveDelayMs);
+    connect(m_settingsTimer, &QTimer::timeout, this, &MainWindow::saveSettings);
+    // The first change starts the wait; the ones during it are written with it.
+    const auto changed = [this] {
+        if (!m_settingsTimer->isActive())
+            m_settingsTimer->start();
+    };
+    for (QComboBox *combo : {m_variantCombo, m_panelTypeCombo, m_orientationCombo}) {
+        if (combo)
+            connect(combo, &QComboBox::currentIndexChanged, this, changed);
+    }
+    for (QCheckBox *box : {m_includeSubfoldersCheck, m_frameFacesCheck, m_loopCheck}) {
+        if (box)
+            connect(box, &QCheckBox::toggled, this, changed);
+    }
+    for (QLineEdit *edit : {m_keyFileEdit, m_lutEdit, m_playlistDirEdit}) {
+        if (edit)
+            connect(edit, &QLineEdit::textChanged, this, changed);
+    }
+    for (QSpinBox *spin : {m_intervalDays, m_intervalHours, m_intervalMinutes, m_processorsSpin}) {
+        if (spin)
+            connect(spin, &QSpinBox::valueChanged, this, changed);
+    }
+}
+
 void MainWindow::saveSettings()
 {
     const std::unique_ptr<QSettings> settings = appSettings();
@@ -111,4 +150,10 @@ void MainWindow::saveSettings()
     settings->setValue(QStringLiteral("processors_at_once"), processorsAtOnce());
     settings->setValue(QStringLiteral("playlist_parent_dir"),
                        m_playlistDirEdit ? m_playlistDirEdit->text() : QString());
+    settings->sync();
+    if (settings->status() == QSettings::NoError || std::exchange(m_settingsFailureTold, true))
+        return;
+    const QString message = Str::settingsNotSaved(QDir::toNativeSeparators(settings->fileName()));
+    appendLog(message);
+    statusBar()->showMessage(message);
 }

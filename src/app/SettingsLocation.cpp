@@ -16,10 +16,18 @@ bool canWriteFile(const QString &path)
     return file.open(QIODevice::ReadWrite); // opening leaves the contents as they are
 }
 
-bool canCreateFileIn(const QString &folder)
+// Whether a file can be written in folder as the settings are: a temporary file made there,
+// then renamed over the real one.
+bool canReplaceFileIn(const QString &folder)
 {
     QTemporaryFile probe(QDir(folder).filePath(QStringLiteral("VeloraOfflineTool-XXXXXX.probe")));
-    return probe.open(); // removed again when the probe goes
+    if (!probe.open())
+        return false;
+    probe.close();
+    const QString renamed = probe.fileName() + QStringLiteral(".renamed");
+    const bool renamedOk = QFile::rename(probe.fileName(), renamed);
+    QFile::remove(renamedOk ? renamed : probe.fileName());
+    return renamedOk;
 }
 } // namespace
 
@@ -35,11 +43,14 @@ QString inUserConfig()
 QString path()
 {
     const QString beside = besideProgram();
-    if (QFileInfo::exists(beside) ? canWriteFile(beside)
-                                  : canCreateFileIn(QCoreApplication::applicationDirPath()))
+    if (canReplaceFileIn(QCoreApplication::applicationDirPath()) &&
+        (!QFileInfo::exists(beside) || canWriteFile(beside)))
         return beside;
     const QString user = inUserConfig();
     QDir().mkpath(QFileInfo(user).absolutePath());
+    // Settings kept beside the program until it could keep them there no more go along, once.
+    if (!QFileInfo::exists(user) && QFileInfo::exists(beside))
+        QFile::copy(beside, user);
     return user;
 }
 

@@ -546,5 +546,7 @@ QString sessionRestoreQuestion(int pictures);
 QString sessionUnreadable(const QString &reason, const QString &aside);
 QString sessionRestoredLog(int pictures);
 QString sessionSaveFailed(const QString &reason);
+// The settings file could not be written (told once).
+QString settingsNotSaved(const QString &file);
 
 } // namespace Str

@@ -37,4 +37,12 @@ QString sessionSaveFailed(const QString &reason)
     return pick("⚠ 无法自动保存图片表格：%1", "⚠ The table cannot be saved automatically: %1").arg(reason);
 }
 
+QString settingsNotSaved(const QString &file)
+{
+    return pick("⚠ 无法保存设置：%1。本次更改的设置在下次启动时不会保留。",
+                "⚠ The settings could not be saved: %1. Settings changed now will not be kept for the next "
+                "start.")
+        .arg(file);
+}
+
 } // namespace Str

@@ -1,5 +1,6 @@
 // The settings file beside the executable: what a start reads and what a close writes.
 #include "app/MainWindow.h"
+#include "app/SettingsLocation.h"
 #include "ui/UiLanguage.h"
 
 #include "ModalAnswerer.h"
@@ -13,8 +14,10 @@
 #include <QDir>
 #include <QLineEdit>
 #include <QProcess>
+#include <QScopeGuard>
 #include <QSettings>
 #include <QSpinBox>
+#include <QStatusBar>
 #include <QTest>
 
 namespace {
@@ -44,6 +47,10 @@ private Q_SLOTS:
     void keyFileDecidesThePanel();
     void unwritableProgramFolderKeepsSettingsInTheUserFolder();
     void settingsBesideTheProgramWinWhileWritable();
+    void aChangeIsWrittenWithinASecond();
+    void aKilledProgramKeepsWhatWasChanged();
+    void aWritableFileInAReadOnlyFolderMovesToTheUserFolder();
+    void aFailedWriteIsToldOnce();
 
 private:
     // The settings program copied into folder and run there; its output lines.
@@ -265,6 +272,87 @@ void TestMainWindowSettings::settingsBesideTheProgramWinWhileWritable()
              (QStringList{"location /photos/portable", "settings " + beside}));
     QVERIFY(TestFiles::read(userSettings).contains("/elsewhere"));
     QFile::remove(userSettings);
+}
+
+void TestMainWindowSettings::aChangeIsWrittenWithinASecond()
+{
+    MainWindow window;
+    QVERIFY(!QFileInfo::exists(WindowFixture::settingsPath())); // nothing written at the start
+    saveLocation(window)->setText(QStringLiteral("/photos/soon"));
+    window.setPlaylistIntervalMinutes(45);
+    QVERIFY(!QFileInfo::exists(WindowFixture::settingsPath()));
+    QTRY_VERIFY_WITH_TIMEOUT(QFileInfo::exists(WindowFixture::settingsPath()), 3000);
+    const auto settings = settingsFile();
+    QCOMPARE(settings->value("playlist_parent_dir").toString(), QStringLiteral("/photos/soon"));
+    QCOMPARE(settings->value("playlist_interval_min").toInt(), 45);
+}
+
+void TestMainWindowSettings::aKilledProgramKeepsWhatWasChanged()
+{
+    const QString program = m_fixture->path("killed");
+    QVERIFY(QDir().mkpath(program));
+    QVERIFY(QFile::copy(QStringLiteral(VELORA_SETTINGS_HOST), QDir(program).filePath("VeloraOfflineTool")));
+    const QString beside = QDir(program).filePath("VeloraOfflineTool.ini");
+    QProcess running;
+    running.start(QDir(program).filePath("VeloraOfflineTool"), {"--change", "/photos/kept"});
+    QVERIFY(running.waitForReadyRead(30000));
+    QCOMPARE(running.readAllStandardOutput(), QByteArray("changed\n"));
+    // Written while the program runs on; then it is killed, as a logout or a crash would end it.
+    QTRY_VERIFY_WITH_TIMEOUT(TestFiles::read(beside).contains("/photos/kept"), 10000);
+    running.kill();
+    QVERIFY(running.waitForFinished(10000));
+    QCOMPARE(running.exitStatus(), QProcess::CrashExit);
+    QCOMPARE(runInstalled(program, {"--load"}), (QStringList{"location /photos/kept", "settings " + beside}));
+}
+
+void TestMainWindowSettings::aWritableFileInAReadOnlyFolderMovesToTheUserFolder()
+{
+    // The settings file can be written, but its folder takes no new file: the settings' own
+    // temporary file cannot be made there.
+    const QString program = m_fixture->path("read-only-with-file");
+    QVERIFY(QDir().mkpath(program));
+    QVERIFY(QFile::copy(QStringLiteral(VELORA_SETTINGS_HOST), QDir(program).filePath("VeloraOfflineTool")));
+    const QString beside = QDir(program).filePath("VeloraOfflineTool.ini");
+    QVERIFY(TestFiles::write(beside, "[General]\nplaylist_parent_dir=/photos/before\n"));
+    const QString userSettings = m_fixture->path("config/PLABRUB/Velora Offline Tool/VeloraOfflineTool.ini");
+    QFile::remove(userSettings);
+    ReadOnlyFolder readOnly(program);
+    if (!readOnly.isReadOnly())
+        QSKIP("this machine cannot make a folder read-only for this user");
+    // What was kept beside the program comes along once; what changes is kept and comes back.
+    QCOMPARE(runInstalled(program, {"--load"}),
+             (QStringList{"location /photos/before", "settings " + userSettings}));
+    QCOMPARE(runInstalled(program, {"--save", "/photos/after"}), QStringList{"settings " + userSettings});
+    QCOMPARE(runInstalled(program, {"--load"}),
+             (QStringList{"location /photos/after", "settings " + userSettings}));
+    QVERIFY(TestFiles::read(beside).contains("/photos/before")); // left as it was
+    QFile::remove(userSettings);
+}
+
+void TestMainWindowSettings::aFailedWriteIsToldOnce()
+{
+    // Folders stand where the settings file would be written, beside the program and in the
+    // user's folder.
+    const QString userSettings = SettingsLocation::inUserConfig();
+    QVERIFY(QDir().mkpath(WindowFixture::settingsPath()));
+    QVERIFY(QDir().mkpath(userSettings));
+    const auto cleanUp = qScopeGuard([&] {
+        QDir().rmdir(WindowFixture::settingsPath());
+        QDir().rmdir(userSettings);
+    });
+    {
+        MainWindow window;
+        saveLocation(window)->setText(QStringLiteral("/photos/one"));
+        const QString told =
+            QStringLiteral("⚠ The settings could not be saved: %1. Settings changed now will not be kept for "
+                           "the next start.")
+                .arg(QDir::toNativeSeparators(userSettings));
+        QTRY_VERIFY_WITH_TIMEOUT(logLines(window).contains(told), 3000);
+        QCOMPARE(window.statusBar()->currentMessage(), told);
+        saveLocation(window)->setText(QStringLiteral("/photos/two"));
+        QTest::qWait(1500);
+        QCOMPARE(logLines(window).count(told), 1);
+    }
 }
 
 QTEST_MAIN(TestMainWindowSettings)
