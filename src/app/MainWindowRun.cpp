@@ -118,6 +118,8 @@ void MainWindow::onJobStatusChanged(quint64 id, RowStatus status, int exitCode)
 void MainWindow::onJobItemLogged(quint64 id, int number)
 {
     Q_UNUSED(id)
+    if (!m_processing)
+        return; // a processor killed by Stop ends after it: the bar keeps what is done
     m_progressBar->setValue(number);
     m_progressBar->setFormat(Str::progressFraction(number, m_imageTable->rowCount()));
 }
@@ -125,12 +127,13 @@ void MainWindow::onJobItemLogged(quint64 id, int number)
 void MainWindow::finishRun()
 {
     m_processing = false;
+    // The frames the table holds now: earlier runs' count as this run's do.
     const int rows = m_imageTable->rowCount();
-    const int succeeded = m_job->successCount();
+    const int done = int(m_job->frames().size());
     m_progressBar->setValue(rows);
-    m_progressBar->setFormat(Str::processingProgress(succeeded, rows));
+    m_progressBar->setFormat(Str::processingProgress(done, rows));
     appendLog(Str::logSeparator());
-    appendLog(Str::allDone(succeeded, rows));
+    appendLog(Str::allDone(done, rows));
     // The package is made of every Done row, this run's and earlier runs' alike. A failure is
     // shown; the rows keep their outputs, so Retry writes the package once there is room.
     for (bool retry = rowCountWithStatus({RowStatus::Done}) > 0; retry;) {
@@ -154,6 +157,10 @@ void MainWindow::onStopProcess()
         return;
     m_processing = false;
     m_job->stop(); // every processor is killed; its row is Pending again once it has ended
+    const int rows = m_imageTable->rowCount();
+    const int done = int(m_job->frames().size());
+    m_progressBar->setValue(done);
+    m_progressBar->setFormat(Str::processingProgress(done, rows)); // what is done, not what was begun
     m_startButton->setEnabled(true);
     m_stopButton->setEnabled(false);
     setListEditingEnabled(true);

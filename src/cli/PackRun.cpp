@@ -155,10 +155,10 @@ int PackRun::run()
         loop.exec();
 
     const int made = int(m_job->frames().size());
-    m_err << Str::allDone(made, total) << Qt::endl;
     if (made == 0) {
-        m_err << Str::noBinFiles() << Qt::endl;
+        m_err << Str::packNothingMade(total) << Qt::endl << Str::packNothingMadeHint() << Qt::endl;
         return PackOptions::kNoPackage;
     }
+    m_err << Str::allDone(made, total) << Qt::endl;
     return writePackage();
 }

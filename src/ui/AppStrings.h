@@ -497,6 +497,9 @@ QString packBadJobs(const QString &value, int most);
 QString packNoOutput();
 QString packNoPictures();
 QString packProgressLine(int number, int total, const QString &path, const QString &status);
+// velora-pack's summary when no picture was made, and what to do next.
+QString packNothingMade(int total);
+QString packNothingMadeHint();
 
 // --- Row status ---
 using RowStatus = ::RowStatus;

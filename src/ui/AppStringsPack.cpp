@@ -120,4 +120,17 @@ QString packProgressLine(int number, int total, const QString &path, const QStri
         .arg(QString::number(number), QString::number(total), path, status);
 }
 
+QString packNothingMade(int total)
+{
+    return pick("❌ 没有一张图片处理成功（共 %1 张），未写入播放包。",
+                "❌ No picture was made (of %1); no package was written.")
+        .arg(total);
+}
+
+QString packNothingMadeHint()
+{
+    return pick("每张图片的失败原因见上方；加 --verbose 可查看处理程序的输出。",
+                "Each picture's reason is above; add --verbose to see the processor's output.");
+}
+
 } // namespace Str

@@ -35,6 +35,7 @@ private Q_SLOTS:
     void largePanelKeyFromAFolderWithChineseCharacters();
     void rerunWhenEverythingIsDone();
     void onlyPendingRowsRunAndProgressCountsTableRows();
+    void theSummaryCountsEveryFrameOfTheTable();
 };
 
 void TestMainWindowRun::portraitRunWritesThePackage()
@@ -234,6 +235,23 @@ void TestMainWindowRun::onlyPendingRowsRunAndProgressCountsTableRows()
     QCOMPARE(QDir(packageDir()).entryList(QDir::Files, QDir::Name),
              (QStringList{"frame_000.bin", "frame_001.bin", "playlist.json"}));
     QCOMPARE(m_window->findChild<QProgressBar *>()->format(), QStringLiteral("Done 2 / 3"));
+}
+
+void TestMainWindowRun::theSummaryCountsEveryFrameOfTheTable()
+{
+    addPictures(3);
+    {
+        ModalAnswerer completion(QMessageBox::Cancel);
+        runToTheEnd();
+    }
+    addPictures(2);
+    ModalAnswerer completion(QMessageBox::Cancel);
+    runToTheEnd();
+    QCOMPARE(logLines(*m_window).filter(QStringLiteral("  $ TARN-lite")).size(), 2); // only the new ones ran
+    // The three frames of the first run count as the two of this one do.
+    QVERIFY(logLines(*m_window).contains(QStringLiteral("✅ All done! Success 5 / 5")));
+    QCOMPARE(m_window->findChild<QProgressBar *>()->format(), QStringLiteral("Done 5 / 5"));
+    QCOMPARE(completion.text(), Str::processingCompleteSummaryHtml(5, 5, 0));
 }
 
 QTEST_MAIN(TestMainWindowRun)
