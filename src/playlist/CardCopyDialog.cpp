@@ -21,6 +21,7 @@ namespace {
 
 constexpr int kRootRole = Qt::UserRole;
 constexpr int kFileSystemRole = Qt::UserRole + 1;
+constexpr int kFileSystemKnownRole = Qt::UserRole + 2;
 
 QString sizeText(qint64 bytes) { return QLocale().formattedDataSize(bytes, 1); }
 
@@ -116,6 +117,7 @@ void CardCopyDialog::refreshVolumes()
                                 m_volumes);
         item->setData(kRootRole, volume.rootPath);
         item->setData(kFileSystemRole, volume.fileSystem);
+        item->setData(kFileSystemKnownRole, volume.fileSystemKnown);
         if (!fits)
             item->setFlags(item->flags() & ~(Qt::ItemIsEnabled | Qt::ItemIsSelectable));
         else if (firstFitting < 0)
@@ -136,8 +138,11 @@ void CardCopyDialog::onSelectionChanged()
         item && (item->flags() & Qt::ItemIsEnabled) && !item->data(kRootRole).toString().isEmpty();
     m_copyButton->setEnabled(chosen && !isCopying());
     const QString fileSystem = chosen ? item->data(kFileSystemRole).toString() : QString();
-    m_warning->setVisible(chosen && !Volumes::isCardFileSystem(fileSystem));
-    m_warning->setText(Str::cardFileSystemWarning(fileSystem));
+    // Formatting is advised only for a file system known to be wrong: never for one not told.
+    const bool known = chosen && item->data(kFileSystemKnownRole).toBool();
+    m_warning->setVisible(chosen && (!known || !Volumes::isCardFileSystem(fileSystem)));
+    m_warning->setText(known ? Str::cardFileSystemWarning(fileSystem)
+                             : Str::cardFileSystemUnknown(fileSystem));
 }
 
 void CardCopyDialog::onCopy()

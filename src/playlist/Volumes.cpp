@@ -1,5 +1,7 @@
 #include "playlist/Volumes.h"
 
+#include "playlist/BootSector.h"
+
 #include <QCoreApplication>
 #include <QDir>
 #include <QStorageInfo>
@@ -55,8 +57,10 @@ QList<Volume> cards()
             !isWhereCardsAreMounted(root))
             continue;
         const QString name = storage.displayName();
-        found.append({root, name.isEmpty() ? root : name, QString::fromLatin1(storage.fileSystemType()),
-                      storage.bytesAvailable()});
+        bool known = true;
+        const QString fileSystem = fileSystemOf(QString::fromLatin1(storage.fileSystemType()),
+                                                QString::fromLocal8Bit(storage.device()), &known);
+        found.append({root, name.isEmpty() ? root : name, fileSystem, storage.bytesAvailable(), known});
     }
     return found;
 }
@@ -68,6 +72,15 @@ bool isCardFileSystem(const QString &fileSystem)
     const QString type = fileSystem.toLower();
     return type == QLatin1String("vfat") || type == QLatin1String("fat32") ||
            type == QLatin1String("msdos") || type == QLatin1String("exfat");
+}
+
+QString fileSystemOf(const QString &type, const QString &device, bool *known)
+{
+    const bool fuse = type == QLatin1String("fuseblk") || type.startsWith(QLatin1String("fuse"));
+    const QString read = fuse ? BootSector::fileSystemName(BootSector::readFrom(device)) : QString();
+    if (known)
+        *known = !fuse || !read.isEmpty();
+    return read.isEmpty() ? type : read;
 }
 
 } // namespace Volumes

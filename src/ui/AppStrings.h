@@ -455,6 +455,8 @@ QString noCardFound();
 QString cardVolumeItem(const QString &name, const QString &root, const QString &fileSystem,
                        const QString &free, bool fits);
 QString cardFileSystemWarning(const QString &fileSystem);
+// A card whose file system could not be read (a FUSE mount of an unreadable device).
+QString cardFileSystemUnknown(const QString &mountType);
 QString cardReplaceQuestion(const QString &target);
 QString cardCopying();
 QString cardVerifying();

@@ -44,6 +44,14 @@ QString cardFileSystemWarning(const QString &fileSystem)
         .arg(fileSystem.isEmpty() ? QStringLiteral("?") : fileSystem);
 }
 
+QString cardFileSystemUnknown(const QString &mountType)
+{
+    return pick("⚠ 无法判断此卡的文件系统（系统只报告为 %1）。相框只能读取 FAT32 或 exFAT 格式的卡。",
+                "⚠ This card's file system could not be told (the system reports only %1). The frame reads "
+                "only FAT32 or exFAT cards.")
+        .arg(mountType.isEmpty() ? QStringLiteral("?") : mountType);
+}
+
 QString cardReplaceQuestion(const QString &target)
 {
     return pick(

@@ -170,6 +170,20 @@ void TestMainWindowCard::cardsTooSmallOrNotFat()
         dialog->reject();
     });
 
+    // A FUSE mount whose device could not be read: said so, and no advice to format.
+    QDir().mkpath(cardPath("FUSE"));
+    Volumes::setOverride(QList<Volume>{{cardPath("FUSE"), "FUSE", "fuseblk", qint64(8) << 30, false}});
+    withDialog([&](CardCopyDialog *dialog, ModalAnswerer *) {
+        QVERIFY(dialog->copyButton()->isEnabled());
+        QVERIFY(!dialog->warningLabel()->isHidden());
+        QCOMPARE(
+            dialog->warningLabel()->text(),
+            QStringLiteral("⚠ This card's file system could not be told (the system reports only fuseblk). "
+                           "The frame reads only FAT32 or exFAT cards."));
+        QVERIFY(!dialog->warningLabel()->text().contains("format"));
+        dialog->reject();
+    });
+
     Volumes::setOverride(QList<Volume>{});
     withDialog([&](CardCopyDialog *dialog, ModalAnswerer *) {
         QCOMPARE(dialog->volumeList()->item(0)->text(),
