@@ -3,6 +3,7 @@
 
 #include "images/ImageTableWidget.h"
 #include "playlist/CardCopyDialog.h"
+#include "playlist/FolderSwap.h"
 #include "playlist/PlaylistExporter.h"
 
 #include <QCheckBox>
@@ -178,6 +179,10 @@ bool MainWindow::runPlaylistExport(bool interactive, QString *failure)
     }
     request.outputDir = QDir(parent).filePath(kPackageFolder);
     const QString shownFolder = QDir::toNativeSeparators(request.outputDir);
+    // What an interrupted export left is put right before anything else: the last good package
+    // back in place, unfinished folders gone.
+    for (const QString &line : FolderSwap::recover(request.outputDir, false))
+        appendLog(line);
     if (interactive && QFileInfo::exists(request.outputDir)) {
         const auto answer =
             QMessageBox::question(this, Str::playlistDirExistsTitle(), Str::playlistDirExists(shownFolder),

@@ -4,6 +4,7 @@
 #include "images/DateTaken.h"
 #include "images/FaceDetector.h"
 #include "images/ImageLoader.h"
+#include "playlist/FolderSwap.h"
 #include "playlist/PackageWriter.h"
 #include "playlist/PlaylistExporter.h"
 #include "preprocess/AutoFrame.h"
@@ -111,6 +112,8 @@ int PackRun::writePackage()
         m_job->packageRequest(PlaylistExporter::panelFromGuiType(m_options.panelType, QString()),
                               m_options.intervalMinutes, m_options.loop, m_key);
     request.outputDir = QDir(m_options.outputParent).filePath(kPackageFolder);
+    for (const QString &line : FolderSwap::recover(request.outputDir, false))
+        m_err << line << Qt::endl;
     const QString error = PlaylistExporter::exportPlaylist(request);
     if (!error.isEmpty()) {
         m_err << Str::playlistCreateFailed(error) << Qt::endl;

@@ -1,5 +1,6 @@
 #include "playlist/CardCopy.h"
 
+#include "playlist/CrashSteps.h"
 #include "playlist/FolderSwap.h"
 #include "playlist/PackageWriter.h"
 #include "ui/AppStrings.h"
@@ -139,6 +140,8 @@ CardCopy::Result CardCopy::copy(const QString &packageDir, const QString &cardRo
     };
     // A vl_play on the card that holds anything but a package (the user's own files) or is not a
     // folder is never replaced, as in the save location.
+    // What an interrupted copy left is put right first: the last good vl_play back in place.
+    result.recovered = FolderSwap::recover(result.target, true);
     if (const QString problem = PackageWriter::checkReplaceable(result.target); !problem.isEmpty()) {
         result.error = problem;
         return result;
@@ -164,11 +167,13 @@ CardCopy::Result CardCopy::copy(const QString &packageDir, const QString &cardRo
         if (hash.isEmpty())
             return fail(Str::cardCopyFileFailed(file.fileName(), error));
         hashes << hash;
+        CrashSteps::step();
     }
     for (int i = 0; i < files.size(); ++i) {
         const QString copied = QDir(partial).filePath(files.at(i).fileName());
         if (readHashed(copied, cancel, advanced(true)) != hashes.at(i))
             return fail(Str::cardVerifyFailed(files.at(i).fileName()));
+        CrashSteps::step();
     }
     if (cancel)
         return fail(QString());

@@ -2,6 +2,7 @@
 
 #include <QObject>
 #include <QString>
+#include <QStringList>
 
 #include <atomic>
 #include <functional>
@@ -27,8 +28,9 @@ public:
         bool cancelled = false;
         int files = 0;
         qint64 bytes = 0;
-        QString target; // the vl_play written on the card
-        QString error;  // for the user, when neither ok nor cancelled
+        QString target;        // the vl_play written on the card
+        QString error;         // for the user, when neither ok nor cancelled
+        QStringList recovered; // what an interrupted copy had left, put right first (FolderSwap::recover)
     };
 
     explicit CardCopy(QObject *parent = nullptr);

@@ -81,10 +81,12 @@ CardCopyDialog::CardCopyDialog(const QString &packageDir, QWidget *parent)
     connect(m_copy, &CardCopy::progress, this, &CardCopyDialog::onProgress);
     connect(m_copy, &CardCopy::finished, this, [this](const CardCopy::Result &result) {
         setCopying(false);
+        // What an interrupted copy had left, and what was done about it, comes first.
+        const QString found = result.recovered.isEmpty() ? QString() : result.recovered.join('\n') + "\n\n";
         if (result.ok) {
             QMessageBox::information(this, Str::copyToCardTitle(),
-                                     Str::cardCopyDone(result.files, sizeText(result.bytes),
-                                                       QDir::toNativeSeparators(result.target)));
+                                     found + Str::cardCopyDone(result.files, sizeText(result.bytes),
+                                                               QDir::toNativeSeparators(result.target)));
             accept();
             return;
         }
@@ -93,9 +95,9 @@ CardCopyDialog::CardCopyDialog(const QString &packageDir, QWidget *parent)
             return;
         }
         if (result.cancelled)
-            QMessageBox::information(this, Str::copyToCardTitle(), Str::cardCopyCancelled());
+            QMessageBox::information(this, Str::copyToCardTitle(), found + Str::cardCopyCancelled());
         else
-            QMessageBox::critical(this, Str::copyToCardTitle(), result.error);
+            QMessageBox::critical(this, Str::copyToCardTitle(), found + result.error);
         refreshVolumes();
     });
     refreshVolumes();

@@ -1,13 +1,16 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 
 // A folder put in place whole or not at all, for the package in the save location and its
 // copy on a card alike: the new content is written into a folder beside the target, on the
 // same volume ("<target>.partial-<random>", hidden with a leading dot when asked); commit()
-// then moves an old target aside, renames the new folder into its place and removes the old
-// one, putting the old one back when the rename fails. Until commit() succeeds, the new
-// folder is removed with this object, so a failure leaves the target exactly as it was.
+// then moves an old target aside ("<target>.old-<random>"), renames the new folder into its
+// place and removes the old one, putting the old one back when the rename fails. Until
+// commit() succeeds, the new folder is removed with this object, so a failure leaves the
+// target exactly as it was. What a crash or a kill leaves on the way (a new folder, or an old
+// one with or without the target) is put right by recover() before the next swap.
 class FolderSwap
 {
 public:
@@ -27,6 +30,12 @@ public:
     Result commit(QString *why = nullptr);
     // Removes the new folder now (the destructor does it otherwise).
     void abandon();
+
+    // Puts right what an interrupted swap into target left, and returns a line for the log
+    // for each thing found: an old folder is put back as target when target is missing (the
+    // last good package; the newest, if there are several), and the other new and old folders
+    // of ours are removed.
+    static QStringList recover(const QString &target, bool hidden);
 
 private:
     QString sibling(const char *tag) const;

@@ -1,5 +1,6 @@
 #include "playlist/PackageWriter.h"
 
+#include "playlist/CrashSteps.h"
 #include "playlist/FileWriter.h"
 #include "playlist/FolderSwap.h"
 #include "ui/AppStrings.h"
@@ -130,6 +131,7 @@ QString write(const QString &targetDir, const QList<Frame> &frames, const QByteA
         if (!FileWriter::copyAll(source, in.filePath(frame.name), &reason))
             return abandon(&swap,
                            Str::withReason(Str::copyFailed(source, shown.filePath(frame.name)), reason));
+        CrashSteps::step();
     }
     const QString json = QStringLiteral("playlist.json");
     if (!FileWriter::writeAll(in.filePath(json), playlistJson, &reason)) {
@@ -140,6 +142,7 @@ QString write(const QString &targetDir, const QList<Frame> &frames, const QByteA
         return abandon(&swap, Str::withReason(message, reason));
     }
 
+    CrashSteps::step();
     // The swap: the old package aside, the new one in, the old one gone.
     QString why;
     switch (swap.commit(&why)) {

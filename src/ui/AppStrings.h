@@ -461,6 +461,12 @@ QString cardReplaceQuestion(const QString &target);
 QString cardCopying();
 QString cardVerifying();
 QString cardCopyDone(int files, const QString &size, const QString &target);
+// What an interrupted package write or card copy left, found and put right before the next.
+QString leftoverOldRestored(const QString &old, const QString &target);
+QString leftoverOldNotRestored(const QString &old);
+QString leftoverOldRemoved(const QString &old);
+QString leftoverPartialRemoved(const QString &partial);
+QString leftoverNotRemoved(const QString &folder);
 QString cardCopyCancelled();
 QString cardCannotWrite(const QString &root);
 QString cardCopyFileFailed(const QString &name, const QString &reason);

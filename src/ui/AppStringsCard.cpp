@@ -124,4 +124,39 @@ QString cardBusy()
                 "Images are being processed. Copy the package when processing has finished.");
 }
 
+QString leftoverOldRestored(const QString &old, const QString &target)
+{
+    return pick("↺ 发现上次中断留下的旧播放包 %1，且没有 %2：已将它恢复为 %2。",
+                "↺ Found the earlier package %1 left by an interrupted run, and no %2: put it back as %2.")
+        .arg(old, target);
+}
+
+QString leftoverOldNotRestored(const QString &old)
+{
+    return pick("⚠ 发现上次中断留下的旧播放包，但无法恢复它：%1",
+                "⚠ Found the earlier package left by an interrupted run, but could not put it back: %1")
+        .arg(old);
+}
+
+QString leftoverOldRemoved(const QString &old)
+{
+    return pick("↺ 发现上次中断留下的旧播放包文件夹 %1：已删除。",
+                "↺ Found an old package folder %1 left by an interrupted run: removed it.")
+        .arg(old);
+}
+
+QString leftoverPartialRemoved(const QString &partial)
+{
+    return pick("↺ 发现上次中断留下的未完成文件夹 %1：已删除。",
+                "↺ Found an unfinished folder %1 left by an interrupted run: removed it.")
+        .arg(partial);
+}
+
+QString leftoverNotRemoved(const QString &folder)
+{
+    return pick("⚠ 发现上次中断留下的文件夹，但无法删除：%1",
+                "⚠ Found a folder left by an interrupted run, but could not remove it: %1")
+        .arg(folder);
+}
+
 } // namespace Str

@@ -28,6 +28,7 @@ private Q_SLOTS:
     void buttonFollowsThePackage();
     void completionOffersTheCopyWhenACardIsIn();
     void copyThroughTheDialog();
+    void leftoversOfAnInterruptedCopyAreClearedFirst();
     void cardsTooSmallOrNotFat();
     void replacingAsksFirst();
     void cancelLeavesNoPackageOfOurs();
@@ -144,6 +145,29 @@ void TestMainWindowCard::copyThroughTheDialog()
     QVERIFY2(boxes.first().text.startsWith("3 files ("), qPrintable(boxes.first().text));
     QVERIFY(boxes.first().text.contains(" copied and verified:\n" +
                                         QDir::toNativeSeparators(QDir(card).filePath("vl_play"))));
+    QCOMPARE(TestFiles::entries(card), QStringList{"vl_play"});
+    QCOMPARE(TestFiles::contents(QDir(card).filePath("vl_play")), TestFiles::contents(packageDir()));
+}
+
+void TestMainWindowCard::leftoversOfAnInterruptedCopyAreClearedFirst()
+{
+    makePackage();
+    const QString card = insertCard("KILLED");
+    // A copy killed half-way, and one between its renames: no vl_play, the old one aside.
+    QVERIFY(TestFiles::write(QDir(card).filePath(".vl_play.partial-k1ll3d/frame_000.bin"), "half"));
+    QVERIFY(TestFiles::write(QDir(card).filePath(".vl_play.old-0ld/frame_000.bin"), "old frame"));
+    QVERIFY(TestFiles::write(QDir(card).filePath(".vl_play.old-0ld/playlist.json"), "{}"));
+    const QList<ModalAnswerer::Seen> boxes =
+        withDialog([&](CardCopyDialog *dialog,
+                       ModalAnswerer *) { QTest::mouseClick(dialog->copyButton(), Qt::LeftButton); },
+                   QMessageBox::Yes); // the old package, back in place, is replaced
+    const QString last = boxes.last().text;
+    QVERIFY2(
+        last.startsWith("↺ Found the earlier package .vl_play.old-0ld left by an interrupted run, and no "
+                        "vl_play: put it back as vl_play.\n"
+                        "↺ Found an unfinished folder .vl_play.partial-k1ll3d left by an interrupted run: "
+                        "removed it.\n\n3 files ("),
+        qPrintable(last));
     QCOMPARE(TestFiles::entries(card), QStringList{"vl_play"});
     QCOMPARE(TestFiles::contents(QDir(card).filePath("vl_play")), TestFiles::contents(packageDir()));
 }

@@ -37,6 +37,7 @@ class TestMainWindowPackage : public WindowTestCase
 private Q_SLOTS:
     void cleanup();
     void picturesAddedAfterARunJoinThePackage();
+    void leftoversOfAnInterruptedExportAreClearedFirst();
     void completionNamesWhatThePackageHolds();
     void stopThenStartContinuesWhereTheRunStopped();
     void reorderingTheRowBeingProcessed();
@@ -66,6 +67,27 @@ QPushButton *TestMainWindowPackage::reorderButton(int row, const QString &arrow)
 {
     QWidget *cell = m_window->imageTable()->cellWidget(row, MainWindow::OrderColumn);
     return cell ? withText<QPushButton>(*cell, arrow) : nullptr;
+}
+
+void TestMainWindowPackage::leftoversOfAnInterruptedExportAreClearedFirst()
+{
+    // An export killed between its renames: no vl_play, the last good package aside, and an
+    // unfinished folder of an export killed earlier.
+    const QString out = m_fixture->path("out");
+    QVERIFY(TestFiles::write(QDir(out).filePath("vl_play.old-k1ll3d/frame_000.bin"), "old frame"));
+    QVERIFY(TestFiles::write(QDir(out).filePath("vl_play.old-k1ll3d/playlist.json"), "{}"));
+    QVERIFY(TestFiles::write(QDir(out).filePath("vl_play.partial-h4lf/frame_000.bin"), "half"));
+    addColours({Qt::red, Qt::blue});
+    ModalAnswerer completion(QMessageBox::Cancel);
+    runToTheEnd();
+    const QStringList log = logLines(*m_window);
+    QVERIFY(log.contains("↺ Found the earlier package vl_play.old-k1ll3d left by an interrupted run, and no "
+                         "vl_play: put it back as vl_play."));
+    QVERIFY(log.contains(
+        "↺ Found an unfinished folder vl_play.partial-h4lf left by an interrupted run: removed it."));
+    // Then the new package replaced the one put back.
+    QCOMPARE(TestFiles::entries(out), QStringList{"vl_play"});
+    expectPackage({Qt::red, Qt::blue});
 }
 
 void TestMainWindowPackage::picturesAddedAfterARunJoinThePackage()
