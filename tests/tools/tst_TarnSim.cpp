@@ -76,6 +76,7 @@ private Q_SLOTS:
     void sleepDelaysTheEnd();
     void busyWorksOnTheCpu();
     void badUtf8OnStderr();
+    void randomFaultsAreSeededPerInputName();
     void quantisesToSixColoursAndDecodes();
     void decodeRejectsMalformedFrames();
 
@@ -322,6 +323,42 @@ void TestTarnSim::badUtf8OnStderr()
     QCOMPARE(run.code, 0);
     QVERIFY(run.err.contains("caf\xe9"));
     QVERIFY(!QString::fromUtf8(run.err).contains(QStringLiteral("café")));
+}
+
+void TestTarnSim::randomFaultsAreSeededPerInputName()
+{
+    // Twenty-four inputs at 50 %: some of each fault, the rest made; the same again for the same seed.
+    const QString source = picture("r.png", {8, 8});
+    const auto outcomes = [&](const QString &faults) {
+        QStringList seen;
+        for (int i = 0; i < 24; ++i) {
+            const QString input = m_dir.filePath(QStringLiteral("row_%1.png").arg(i));
+            QFile::remove(input);
+            QFile::copy(source, input);
+            QElapsedTimer clock;
+            clock.start();
+            const Run run = runSim({input, m_dir.filePath("r.bin")}, {"TARN_SIM_RANDOM_FAULTS=" + faults});
+            if (run.status == QProcess::CrashExit)
+                seen << "crash";
+            else if (run.code == 7)
+                seen << "exit";
+            else if (run.code == 0 && run.out.contains('\xff'))
+                seen << "garbage";
+            else if (run.code == 0 && clock.elapsed() >= 1900)
+                seen << "delay";
+            else
+                seen << (run.code == 0 ? "made" : "code " + QString::number(run.code));
+        }
+        return seen;
+    };
+    const QStringList first = outcomes("7:50");
+    for (const char *kind : {"crash", "exit", "garbage", "delay", "made"})
+        QVERIFY2(first.contains(kind), qPrintable(first.join(' ')));
+    QCOMPARE(first.count("made"),
+             24 - first.count("crash") - first.count("exit") - first.count("garbage") - first.count("delay"));
+    QCOMPARE(outcomes("7:50"), first);
+    QVERIFY(outcomes("8:50") != first);
+    QCOMPARE(outcomes("7:0"), QStringList(24, "made"));
 }
 
 void TestTarnSim::quantisesToSixColoursAndDecodes()

@@ -4,6 +4,7 @@
 #include "TarnFrame.h"
 
 #include <QCoreApplication>
+#include <QCryptographicHash>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QFileInfo>
@@ -53,7 +54,8 @@ const char kUsageText[] =
     "\n"
     "Fault injection (environment): TARN_SIM_EXIT=N, TARN_SIM_CRASH=1, TARN_SIM_SLEEP_MS=N,\n"
     "TARN_SIM_BUSY_MS=N (busy on the CPU for N ms), TARN_SIM_HANG=1, TARN_SIM_HELP_EXIT=N,\n"
-    "TARN_SIM_BAD_UTF8=1.\n";
+    "TARN_SIM_BAD_UTF8=1, TARN_SIM_RANDOM_FAULTS=SEED:PERCENT (for PERCENT % of inputs, chosen\n"
+    "by SEED and the input's name: an exit code, a crash, garbage on stdout or a 2-s delay).\n";
 
 void out(const QString &line)
 {
@@ -93,6 +95,28 @@ int envInt(const char *name)
     bool ok = false;
     const int value = qEnvironmentVariableIntValue(name, &ok);
     return ok ? value : -1;
+}
+
+// A fault for this input, chosen from TARN_SIM_RANDOM_FAULTS=SEED:PERCENT and the input's file
+// name: PERCENT % of the names get one of the four, the same one every time.
+enum class RandomFault { None, Exit, Crash, Garbage, Delay };
+
+RandomFault randomFault(const QString &input)
+{
+    const QStringList parts = qEnvironmentVariable("TARN_SIM_RANDOM_FAULTS").split(QLatin1Char(':'));
+    bool seedOk = false;
+    bool percentOk = false;
+    const uint seed = parts.value(0).toUInt(&seedOk);
+    const int percent = parts.value(1).toInt(&percentOk);
+    if (parts.size() != 2 || !seedOk || !percentOk || percent <= 0)
+        return RandomFault::None;
+    const QByteArray digest = QCryptographicHash::hash(
+        QByteArray::number(seed) + ':' + QFileInfo(input).fileName().toUtf8(), QCryptographicHash::Md5);
+    const quint32 value = quint32(quint8(digest.at(0))) << 24 | quint32(quint8(digest.at(1))) << 16 |
+                          quint32(quint8(digest.at(2))) << 8 | quint32(quint8(digest.at(3)));
+    if (int(value % 100) >= percent)
+        return RandomFault::None;
+    return RandomFault(1 + (value / 100) % 4);
 }
 
 const QMap<QString, QSize> &panelSizes()
@@ -187,6 +211,24 @@ int runProcess(const QStringList &args)
     out(QStringLiteral("tarn-sim: quantising %1 for panel %2")
             .arg(sizeText(image.size()), panel.isEmpty() ? QStringLiteral("none") : panel));
 
+    const RandomFault fault = randomFault(input);
+    if (fault == RandomFault::Delay) {
+        out(QStringLiteral("tarn-sim: taking 2 s on purpose (TARN_SIM_RANDOM_FAULTS)"));
+        QThread::msleep(2000);
+    }
+    if (fault == RandomFault::Garbage) {
+        static const char garbage[] = "\x00\xff\xfe garbage \x01\x02\xc3\x28\x80\n\x1b[2J\xe9\r";
+        std::fwrite(garbage, 1, sizeof(garbage) - 1, stdout);
+        std::fflush(stdout);
+    }
+    if (fault == RandomFault::Crash) {
+        out(QStringLiteral("tarn-sim: crashing on purpose (TARN_SIM_RANDOM_FAULTS)"));
+        std::abort();
+    }
+    if (fault == RandomFault::Exit) {
+        out(QStringLiteral("tarn-sim: exiting with 7 on purpose (TARN_SIM_RANDOM_FAULTS)"));
+        return 7;
+    }
     const int sleepMs = envInt("TARN_SIM_SLEEP_MS");
     if (sleepMs > 0)
         QThread::msleep(static_cast<unsigned long>(sleepMs));
