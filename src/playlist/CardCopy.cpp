@@ -1,5 +1,6 @@
 #include "playlist/CardCopy.h"
 
+#include "playlist/CardMedium.h"
 #include "playlist/CrashSteps.h"
 #include "playlist/FolderSwap.h"
 #include "playlist/PackageWriter.h"
@@ -12,6 +13,7 @@
 #include <QThread>
 
 #include <functional>
+#include <utility>
 
 namespace {
 
@@ -59,15 +61,30 @@ QByteArray copyFile(const QString &from, const QString &to, const std::atomic_bo
     const QByteArray hash = readHashed(from, cancel, advanced, &target, error);
     if (hash.isEmpty())
         return {};
-    target.close(); // flushes
+    // On the card itself, not only in the computer's cache, before the read-back.
+    if (!CardMedium::flush(target, error))
+        return {};
+    target.close();
     if (target.error() != QFileDevice::NoError) {
         *error = target.errorString();
         return {};
     }
+    CardMedium::dropCached(to);
     return hash;
 }
 
+std::function<void(const QString &)> &beforeReadBack()
+{
+    static std::function<void(const QString &)> hook;
+    return hook;
+}
+
 } // namespace
+
+void CardCopy::setBeforeReadBack(std::function<void(const QString &)> hook)
+{
+    beforeReadBack() = std::move(hook);
+}
 
 CardCopy::CardCopy(QObject *parent)
     : QObject(parent)
@@ -132,10 +149,15 @@ CardCopy::Result CardCopy::copy(const QString &packageDir, const QString &cardRo
 
     FolderSwap swap(result.target, true);
     const auto fail = [&](const QString &reason) {
+        // What is left is told as it is: nothing only once the hidden folder is gone.
+        const QString partial = swap.partial();
         swap.abandon();
+        result.leftNote = !partial.isEmpty() && QFileInfo::exists(partial)
+                              ? Str::cardCopyLeftBehind(QDir::toNativeSeparators(partial))
+                              : Str::cardNothingLeft();
         result.cancelled = cancel;
         if (!result.cancelled)
-            result.error = reason;
+            result.error = reason + QStringLiteral("\n\n") + result.leftNote;
         return result;
     };
     // A vl_play on the card that holds anything but a package (the user's own files) or is not a
@@ -171,7 +193,10 @@ CardCopy::Result CardCopy::copy(const QString &packageDir, const QString &cardRo
     }
     for (int i = 0; i < files.size(); ++i) {
         const QString copied = QDir(partial).filePath(files.at(i).fileName());
-        if (readHashed(copied, cancel, advanced(true)) != hashes.at(i))
+        if (beforeReadBack())
+            beforeReadBack()(copied);
+        QString error;
+        if (CardMedium::readHashed(copied, cancel, advanced(true), &error) != hashes.at(i))
             return fail(Str::cardVerifyFailed(files.at(i).fileName()));
         CrashSteps::step();
     }

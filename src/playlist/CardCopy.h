@@ -31,6 +31,9 @@ public:
         QString target;        // the vl_play written on the card
         QString error;         // for the user, when neither ok nor cancelled
         QStringList recovered; // what an interrupted copy had left, put right first (FolderSwap::recover)
+        // After a failure or a cancel, what the copy left on the card: said "nothing" only once
+        // the removal of its hidden folder is done and checked (error ends with it too).
+        QString leftNote;
     };
 
     explicit CardCopy(QObject *parent = nullptr);
@@ -44,8 +47,11 @@ public:
     bool isRunning() const { return m_running; }
 
     // Copies and verifies on the calling thread (what start() runs on its worker).
-    static Result copy(const QString &packageDir, const QString &cardRoot, const std::atomic_bool &cancel,
-                       const std::function<void(qint64 done, qint64 total, bool verifying)> &progress);
+    static Result
+    copy(const QString &packageDir, const QString &cardRoot, const std::atomic_bool &cancel,
+         const std::function<void(qint64 done, qint64 total, bool verifying)>
+             &progress); // Tests: called with each copied file's path just before it is read back.
+    static void setBeforeReadBack(std::function<void(const QString &path)> hook);
 
 Q_SIGNALS:
     void progress(qint64 done, qint64 total, bool verifying);

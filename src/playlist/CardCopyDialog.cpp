@@ -95,7 +95,8 @@ CardCopyDialog::CardCopyDialog(const QString &packageDir, QWidget *parent)
             return;
         }
         if (result.cancelled)
-            QMessageBox::information(this, Str::copyToCardTitle(), found + Str::cardCopyCancelled());
+            QMessageBox::information(this, Str::copyToCardTitle(),
+                                     found + Str::cardCopyCancelled() + "\n\n" + result.leftNote);
         else
             QMessageBox::critical(this, Str::copyToCardTitle(), found + result.error);
         refreshVolumes();

@@ -462,6 +462,10 @@ QString cardCopying();
 QString cardVerifying();
 QString cardCopyDone(int files, const QString &size, const QString &target);
 // What an interrupted package write or card copy left, found and put right before the next.
+// What a failed, cancelled or interrupted copy left on the card: nothing (its removal checked),
+// or its hidden folder.
+QString cardNothingLeft();
+QString cardCopyLeftBehind(const QString &folder);
 QString leftoverOldRestored(const QString &old, const QString &target);
 QString leftoverOldNotRestored(const QString &old);
 QString leftoverOldRemoved(const QString &old);

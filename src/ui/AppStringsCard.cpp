@@ -66,40 +66,29 @@ QString cardVerifying() { return pick("正在校验…", "Verifying…"); }
 
 QString cardCopyDone(int files, const QString &size, const QString &target)
 {
-    return pick("已复制并校验 %1 个文件（%2）到:\n%3\n\n现在可以安全弹出 TF 卡，插入相框。",
-                "%1 files (%2) copied and verified:\n%3\n\nEject the TF card safely, then put it into the "
-                "frame.")
+    return pick("已复制 %1 个文件（%2），并从卡上读回校验:\n%3\n\n现在可以安全弹出 TF 卡，插入相框。",
+                "%1 files (%2) copied and verified on the card:\n%3\n\nEject the TF card safely, then put it "
+                "into the frame.")
         .arg(QString::number(files), size, target);
 }
 
-QString cardCopyCancelled()
-{
-    return pick("复制已取消，卡上没有留下此次复制的任何内容。",
-                "The copy was cancelled. Nothing of it was left on the card.");
-}
+QString cardCopyCancelled() { return pick("复制已取消。", "The copy was cancelled."); }
 
 QString cardCannotWrite(const QString &root)
 {
-    return pick("无法写入此卡:\n%1\n\n卡上没有留下此次复制的任何内容。",
-                "The card cannot be written:\n%1\n\nNothing of this copy was left on the card.")
-        .arg(root);
+    return pick("无法写入此卡:\n%1", "The card cannot be written:\n%1").arg(root);
 }
 
 QString cardCopyFileFailed(const QString &name, const QString &reason)
 {
-    return pick("复制 %1 失败: %2\n\n卡上没有留下此次复制的任何内容；原有的 vl_play 保持不变。",
-                "Copying %1 failed: %2\n\nNothing of this copy was left on the card; a vl_play already there "
-                "was left as it was.")
-        .arg(name, reason);
+    return pick("复制 %1 失败: %2", "Copying %1 failed: %2").arg(name, reason);
 }
 
 QString cardVerifyFailed(const QString &name)
 {
-    return pick("校验失败：卡上的 %1 与播放包中的不同。卡可能已损坏或被拔出。\n\n"
-                "卡上没有留下此次复制的任何内容；原有的 vl_play 保持不变。",
+    return pick("校验失败：卡上的 %1 与播放包中的不同。卡可能已损坏或被拔出。",
                 "Verification failed: %1 on the card differs from the package. The card may be faulty or was "
-                "removed.\n\nNothing of this copy was left on the card; a vl_play already there was left as "
-                "it was.")
+                "removed.")
         .arg(name);
 }
 
@@ -156,6 +145,22 @@ QString leftoverNotRemoved(const QString &folder)
 {
     return pick("⚠ 发现上次中断留下的文件夹，但无法删除：%1",
                 "⚠ Found a folder left by an interrupted run, but could not remove it: %1")
+        .arg(folder);
+}
+
+QString cardNothingLeft()
+{
+    return pick("卡上没有留下此次复制的任何内容；原有的 vl_play 保持不变。",
+                "Nothing of this copy was left on the card; a vl_play already there was left as it was.");
+}
+
+QString cardCopyLeftBehind(const QString &folder)
+{
+    return pick("已复制的部分仍在卡上：%1（卡可能已被拔出）。下次复制到此卡时会先删除它。原有的 vl_play "
+                "保持不变。",
+                "What was copied is still on the card as %1 (the card may have been removed); the next copy "
+                "to "
+                "this card removes it. A vl_play already there was left as it was.")
         .arg(folder);
 }
 

@@ -143,7 +143,7 @@ void TestMainWindowCard::copyThroughTheDialog()
     QCOMPARE(boxes.size(), 1);
     QCOMPARE(boxes.first().title, QStringLiteral("Copy to TF Card"));
     QVERIFY2(boxes.first().text.startsWith("3 files ("), qPrintable(boxes.first().text));
-    QVERIFY(boxes.first().text.contains(" copied and verified:\n" +
+    QVERIFY(boxes.first().text.contains(" copied and verified on the card:\n" +
                                         QDir::toNativeSeparators(QDir(card).filePath("vl_play"))));
     QCOMPARE(TestFiles::entries(card), QStringList{"vl_play"});
     QCOMPARE(TestFiles::contents(QDir(card).filePath("vl_play")), TestFiles::contents(packageDir()));
@@ -253,7 +253,7 @@ void TestMainWindowCard::replacingAsksFirst()
                        ModalAnswerer *) { QTest::mouseClick(dialog->copyButton(), Qt::LeftButton); },
                    QMessageBox::Yes);
     QCOMPARE(yes.size(), 2); // the question, then the result
-    QVERIFY(yes.last().text.contains(" copied and verified:\n"));
+    QVERIFY(yes.last().text.contains(" copied and verified on the card:\n"));
     QCOMPARE(TestFiles::contents(QDir(card).filePath("vl_play")), TestFiles::contents(packageDir()));
     QCOMPARE(TestFiles::entries(card), QStringList{"vl_play"});
 }
@@ -276,8 +276,10 @@ void TestMainWindowCard::cancelLeavesNoPackageOfOurs()
         QTRY_VERIFY_WITH_TIMEOUT(!dialog->isCopying(), 30000);
         QVERIFY(cancel);
         QTRY_COMPARE(boxes->titles(), QStringList{"Copy to TF Card"});
-        QCOMPARE(boxes->text(),
-                 QStringLiteral("The copy was cancelled. Nothing of it was left on the card."));
+        QCOMPARE(
+            boxes->text(),
+            QStringLiteral("The copy was cancelled.\n\nNothing of this copy was left on the card; a vl_play "
+                           "already there was left as it was."));
         QVERIFY(dialog->isVisible()); // the user may choose again
         dialog->reject();
     });

@@ -1,6 +1,7 @@
-// Copying a package onto a card: the copy is verified and takes the name vl_play only when
-// whole; a Cancel, a file that reads back wrong, a read-only or a full card leave the card as
-// it was (an old vl_play untouched, nothing of ours besides it).
+// Copying a package onto a card: the copy is verified, read back from the card itself, and
+// takes the name vl_play only when whole; a Cancel, a file that reads back wrong, a read-only
+// or a full card leave the card as it was (an old vl_play untouched, nothing of ours besides
+// it), and what could not be removed is named.
 #include "playlist/CardCopy.h"
 #include "ui/UiLanguage.h"
 
@@ -10,9 +11,16 @@
 
 #include <QDir>
 #include <QRandomGenerator>
+#include <QScopeGuard>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
+
+#include <sys/mman.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <vector>
 
 namespace {
 
@@ -46,6 +54,8 @@ private Q_SLOTS:
     void fullCard();
     void onAWorkerThread();
     void destroyedDuringACopy();
+    void theReadBackComesFromTheCard();
+    void whatCouldNotBeRemovedIsNamed();
 
 private:
     QString card() const { return m_dir->filePath("card"); }
@@ -193,8 +203,10 @@ void TestCardCopy::readOnlyCard()
         QSKIP("this machine cannot make a folder read-only");
     const CardCopy::Result result = copy();
     QVERIFY(!result.ok && !result.cancelled);
-    QCOMPARE(result.error, "The card cannot be written:\n" + QDir::toNativeSeparators(card()) +
-                               "\n\nNothing of this copy was left on the card.");
+    QCOMPARE(result.error,
+             "The card cannot be written:\n" + QDir::toNativeSeparators(card()) +
+                 "\n\nNothing of this copy was left on the card; a vl_play already there was left "
+                 "as it was.");
     QCOMPARE(TestFiles::entries(card()), QStringList());
 }
 
@@ -236,6 +248,67 @@ void TestCardCopy::destroyedDuringACopy()
     } // cancels and waits: no thread outlives it
     QVERIFY(!TestFiles::entries(card()).contains("vl_play"));
     QCOMPARE(TestFiles::entries(card()).filter(".vl_play.partial-"), QStringList());
+}
+
+void TestCardCopy::theReadBackComesFromTheCard()
+{
+    // Just before each file is read back, none of its pages may still be in the computer's cache.
+    QStringList checked;
+    QStringList resident;
+    CardCopy::setBeforeReadBack([&](const QString &path) {
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        const qint64 size = file.size();
+        void *mapped = ::mmap(nullptr, size_t(size), PROT_READ, MAP_SHARED, file.handle(), 0);
+        QVERIFY(mapped != MAP_FAILED);
+        const long page = ::sysconf(_SC_PAGESIZE);
+        std::vector<unsigned char> pages(size_t((size + page - 1) / page));
+        QCOMPARE(::mincore(mapped, size_t(size), pages.data()), 0);
+        ::munmap(mapped, size_t(size));
+        const auto inCache = std::count_if(pages.begin(), pages.end(), [](unsigned char p) { return p & 1; });
+        checked << QFileInfo(path).fileName();
+        if (inCache > 0)
+            resident << QStringLiteral("%1: %2 of %3 pages")
+                            .arg(QFileInfo(path).fileName())
+                            .arg(inCache)
+                            .arg(pages.size());
+    });
+    const auto reset = qScopeGuard([] { CardCopy::setBeforeReadBack({}); });
+    const CardCopy::Result result = copy();
+    QVERIFY(result.ok);
+    QCOMPARE(checked, (QStringList{"frame_000.bin", "frame_001.bin", "playlist.json"}));
+    QVERIFY2(resident.isEmpty(), qPrintable(resident.join("; ")));
+}
+
+void TestCardCopy::whatCouldNotBeRemovedIsNamed()
+{
+    // The copy is cancelled and its hidden folder cannot be removed (as on a card gone
+    // read-only): the result names the folder and says the next copy removes it.
+    std::unique_ptr<ReadOnlyFolder> stuck;
+    const CardCopy::Result result = copy([&](qint64, qint64, bool) {
+        if (stuck)
+            return;
+        const QString partial = QDir(card()).filePath(TestFiles::entries(card()).value(0));
+        stuck = std::make_unique<ReadOnlyFolder>(partial);
+        m_cancel = true;
+    });
+    QVERIFY(stuck);
+    if (!stuck->isReadOnly())
+        QSKIP("this machine cannot make a folder read-only");
+    QVERIFY(result.cancelled);
+    const QString partial = QDir(card()).filePath(TestFiles::entries(card()).value(0));
+    QVERIFY(QFileInfo(partial).fileName().startsWith(".vl_play.partial-"));
+    QCOMPARE(result.leftNote,
+             "What was copied is still on the card as " + QDir::toNativeSeparators(partial) +
+                 " (the card may have been removed); the next copy to this card removes it. A "
+                 "vl_play already there was left as it was.");
+    stuck.reset();
+    // And the next copy does.
+    m_cancel = false;
+    const CardCopy::Result next = copy();
+    QVERIFY(next.ok);
+    QCOMPARE(next.recovered.size(), 1);
+    QCOMPARE(TestFiles::entries(card()), QStringList{"vl_play"});
 }
 
 QTEST_GUILESS_MAIN(TestCardCopy)

@@ -31,6 +31,7 @@ windows_files=(
     src/app/main_lite.cpp
     src/cli/main_pack.cpp
     src/playlist/Volumes.cpp
+    src/playlist/CardMediumWin.cpp
     src/images/WicDecodeWin.cpp
     src/images/HeifDecoderWic.cpp
     src/app/MainWindowRun.cpp
