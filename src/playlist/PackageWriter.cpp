@@ -8,7 +8,9 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QLocale>
 #include <QRegularExpression>
+#include <QStorageInfo>
 
 namespace PackageWriter {
 
@@ -60,6 +62,26 @@ QString abandon(FolderSwap *swap, const QString &message)
                                 ? Str::packageLeftUnchanged(native(swap->target()))
                                 : Str::packageNothingWritten();
     return message + QStringLiteral("\n\n") + outcome;
+}
+
+// Room for the new package beside the old one, which stays until the swap: each file takes
+// whole blocks. Empty when there is room (or the free space cannot be told).
+QString roomProblem(const QString &target, const QList<Frame> &frames, qint64 playlistBytes)
+{
+    const QStorageInfo volume(QFileInfo(target).absolutePath());
+    if (!volume.isValid() || volume.bytesAvailable() < 0)
+        return QString();
+    const qint64 block = volume.blockSize() > 0 ? volume.blockSize() : 4096;
+    const auto blocks = [block](qint64 bytes) { return (bytes + block - 1) / block * block; };
+    qint64 needed = block + blocks(playlistBytes); // the folder, and playlist.json
+    for (const Frame &frame : frames)
+        needed += blocks(QFileInfo(QDir::fromNativeSeparators(frame.source)).size());
+    const qint64 free = volume.bytesAvailable();
+    if (free >= needed)
+        return QString();
+    const QLocale locale;
+    return Str::packageNeedsRoom(native(QFileInfo(target).absolutePath()),
+                                 locale.formattedDataSize(needed, 1), locale.formattedDataSize(free, 1));
 }
 
 } // namespace
@@ -115,30 +137,33 @@ QString write(const QString &targetDir, const QList<Frame> &frames, const QByteA
     if (!problem.isEmpty())
         return problem;
 
+    if (const QString room = roomProblem(target, frames, playlistJson.size()); !room.isEmpty())
+        return room + QStringLiteral("\n\n") +
+               (QFileInfo(target).isDir() ? Str::packageLeftUnchanged(native(target))
+                                          : Str::packageNothingWritten());
+
     FolderSwap swap(target, false);
     if (!swap.create())
         return abandon(&swap, Str::withReason(Str::playlistCannotCreateDir(native(target)),
                                               whyNotWritable(swap.partial())));
 
-    // Messages name the files as they will be in the package, not in the hidden new folder.
+    // Messages name the files where they were being written: in the new folder beside the package.
     const QDir in(swap.partial());
-    const QDir shown(target);
     QString reason;
     for (const Frame &frame : frames) {
         const QString source = QDir::fromNativeSeparators(frame.source);
         if (!QFileInfo::exists(source))
             return abandon(&swap, Str::playlistBinMissing(source));
         if (!FileWriter::copyAll(source, in.filePath(frame.name), &reason))
-            return abandon(&swap,
-                           Str::withReason(Str::copyFailed(source, shown.filePath(frame.name)), reason));
+            return abandon(&swap, Str::withReason(Str::copyFailed(source, in.filePath(frame.name)), reason));
         CrashSteps::step();
     }
     const QString json = QStringLiteral("playlist.json");
     if (!FileWriter::writeAll(in.filePath(json), playlistJson, &reason)) {
         // One that could not even be made, or one made but not written in full.
-        const QString shownJson = shown.filePath(json);
-        const QString message = QFileInfo::exists(in.filePath(json)) ? Str::writePlaylistFailed(shownJson)
-                                                                     : Str::playlistCannotOpenJson(shownJson);
+        const QString written = in.filePath(json);
+        const QString message = QFileInfo::exists(written) ? Str::writePlaylistFailed(written)
+                                                           : Str::playlistCannotOpenJson(written);
         return abandon(&swap, Str::withReason(message, reason));
     }
 

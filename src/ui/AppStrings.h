@@ -279,6 +279,8 @@ QString keyFileNotAKey(const QString &path, const QString &reason);
 QString keyFilePanelMismatch(const QString &path, const QString &keyType, const QString &chosenType);
 // A run's item that could not get its copy of the key.
 QString keyCopyFailed(const QString &folder, const QString &reason);
+// The save location has no room for the new package beside the old one.
+QString packageNeedsRoom(const QString &location, const QString &needed, const QString &free);
 QString saveLocationNotWritable(const QString &path, const QString &reason);
 QString packageNotAFolder(const QString &path);
 QString packageHoldsForeignFiles(const QString &path, const QStringList &names);

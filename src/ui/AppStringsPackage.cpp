@@ -42,6 +42,18 @@ QString keyCopyFailed(const QString &folder, const QString &reason)
         .arg(folder, reason);
 }
 
+QString packageNeedsRoom(const QString &location, const QString &needed, const QString &free)
+{
+    return pick(
+               "%1 中没有足够的空间写入新的播放包：需要 %2，可用 %3。新的播放包写好之前旧的会保留，"
+               "所以两者需要同时放得下。请腾出空间后重试。",
+               "There is not enough room in %1 for the new package: it needs %2, and %3 are free. The "
+               "previous "
+               "package stays until the new one is complete, so both must fit for a moment. Free some space, "
+               "then Retry.")
+        .arg(location, needed, free);
+}
+
 QString saveLocationNotWritable(const QString &path, const QString &reason)
 {
     return pick("无法写入保存位置:\n%1\n\n%2\n\n请选择一个可以写入的文件夹。",

@@ -17,8 +17,10 @@
 #include "WindowTestCase.h"
 
 #include <QDir>
+#include <QLocale>
 #include <QMap>
 #include <QPushButton>
+#include <QRegularExpression>
 #include <QTest>
 
 namespace {
@@ -49,6 +51,7 @@ private Q_SLOTS:
     void fullDiskAtEachPointOfTheExport();
     void retryWritesThePackageOnceThereIsRoom();
     void realVolumeWithRoomForTheFramesButNotThePlaylist();
+    void retrySaysHowMuchRoomIsStillNeeded();
     void readOnlySaveLocationIsRefusedBeforeTheRun();
     void saveLocationThatBecomesReadOnlyDuringTheRun();
 
@@ -271,8 +274,10 @@ void TestMainWindowPackage::fullDiskAtEachPointOfTheExport()
     QCOMPARE(boxes.icon(), QMessageBox::Critical);
     QCOMPARE(boxes.seen().first().buttons, (QStringList{"Retry", "Close"}));
     const QString shown = QDir::toNativeSeparators(packageDir());
-    QVERIFY2(boxes.text().contains(QDir(packageDir()).filePath(failingFile) + "\nNo space left on device"),
-             qPrintable(boxes.text()));
+    // The file named is the one being written, in the new folder beside the package.
+    const QRegularExpression written(QRegularExpression::escape(packageDir()) + "\\.partial-[0-9a-z]+/" +
+                                     QRegularExpression::escape(failingFile) + "\nNo space left on device");
+    QVERIFY2(written.match(boxes.text()).hasMatch(), qPrintable(boxes.text()));
     QVERIFY(
         boxes.text().endsWith(QStringLiteral("The previous package in %1 was left as it was.").arg(shown)));
     QCOMPARE(TestFiles::contents(packageDir()), before);
@@ -314,11 +319,54 @@ void TestMainWindowPackage::realVolumeWithRoomForTheFramesButNotThePlaylist()
     ModalAnswerer boxes(QMessageBox::Close);
     runToTheEnd();
     QCOMPARE(boxes.titles(), QStringList{"Create Failed"});
-    QVERIFY2(boxes.text().contains(QDir(package).filePath("playlist.json") + "\nNo space left on device"),
+    // Told before anything is written, with how much is needed and how much is free.
+    QVERIFY2(boxes.text().startsWith("There is not enough room in " + QDir::toNativeSeparators(card.path()) +
+                                     " for the new package: it needs "),
              qPrintable(boxes.text()));
     QCOMPARE(TestFiles::contents(package), before);
     QCOMPARE(PackageCheck::colours(package), (QList<QColor>{Qt::red, Qt::blue}));
     QCOMPARE(QDir(card.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot), QStringList{"vl_play"});
+}
+
+void TestMainWindowPackage::retrySaysHowMuchRoomIsStillNeeded()
+{
+    // A card with last month's two frames and room for this month's three beside them (and a
+    // page for their folder, as the check counts it), but for two files of the user's: 60 pages and 1.
+    const qint64 framePages = SmallVolume::pagesFor(kFrameBytes);
+    SmallVolume card(m_fixture->path("card"), (2 * framePages + 1) + (3 * framePages + 2));
+    if (!card.isMounted())
+        QSKIP("this machine does not let the test mount a small volume");
+    saveLocation(*m_window)->setText(card.path());
+    addColours({Qt::red, Qt::blue});
+    {
+        ModalAnswerer completion(QMessageBox::Cancel);
+        runToTheEnd();
+    }
+    const QString first = QDir(card.path()).filePath("sixty-pages.txt");
+    const QString second = QDir(card.path()).filePath("one-page.txt");
+    QVERIFY(TestFiles::write(first, QByteArray(60 * SmallVolume::kPage, 's')));
+    QVERIFY(TestFiles::write(second, QByteArray(100, 'l')));
+    addColours({Qt::green});
+    // Retry after freeing the larger file says the same with the new figures; after the other, it writes.
+    QStringList freed;
+    ModalAnswerer boxes(QMessageBox::Retry);
+    boxes.setBeforeAnswer([&](const ModalAnswerer::Seen &) {
+        const QString next = freed.isEmpty() ? first : second;
+        if (freed.size() < 2 && QFile::remove(next))
+            freed << next;
+    });
+    runToTheEnd();
+    QCOMPARE(boxes.titles(), (QStringList{"Create Failed", "Create Failed", "Ready for Your TF Card"}));
+    const QLocale locale;
+    const QString needs = QStringLiteral(" for the new package: it needs %1, and ")
+                              .arg(locale.formattedDataSize(SmallVolume::kPage * (3 * framePages + 2), 1));
+    for (int box = 0; box < 2; ++box)
+        QVERIFY2(boxes.seen().at(box).text.startsWith("There is not enough room in " +
+                                                      QDir::toNativeSeparators(card.path()) + needs),
+                 qPrintable(boxes.seen().at(box).text));
+    QVERIFY(boxes.seen().at(0).text != boxes.seen().at(1).text); // the free room told anew
+    QCOMPARE(PackageCheck::colours(QDir(card.path()).filePath("vl_play")),
+             (QList<QColor>{Qt::red, Qt::blue, Qt::green}));
 }
 
 void TestMainWindowPackage::readOnlySaveLocationIsRefusedBeforeTheRun()
