@@ -18,6 +18,7 @@
 
 ImageTableWidget::ImageTableWidget(int columns, QWidget *parent)
     : QTableWidget(0, columns, parent)
+    , m_drag(this, [this](const QPoint &pos) { return dropDestination(pos); })
 {
     setDragDropMode(QAbstractItemView::DropOnly);
     setDefaultDropAction(Qt::CopyAction);
@@ -132,64 +133,35 @@ int ImageTableWidget::dropDestination(const QPoint &viewportPos) const
 
 void ImageTableWidget::mousePressEvent(QMouseEvent *event)
 {
-    // A press on a selected row, without a modifier, may begin a move: the selection stays.
-    const int row = rowAt(event->position().toPoint().y());
-    m_movePressed = event->button() == Qt::LeftButton && event->modifiers() == Qt::NoModifier && row >= 0 &&
-                    selectionModel()->isRowSelected(row, QModelIndex());
-    if (m_movePressed) {
-        m_rowPress = event->position().toPoint();
-        return;
-    }
-    QTableWidget::mousePressEvent(event);
+    if (!m_drag.press(event))
+        QTableWidget::mousePressEvent(event);
 }
 
 void ImageTableWidget::mouseMoveEvent(QMouseEvent *event)
 {
-    if (!m_movePressed) {
+    if (!m_drag.move(event))
         QTableWidget::mouseMoveEvent(event);
-        return;
-    }
-    const QPoint pos = event->position().toPoint();
-    if (m_moveDestination < 0 && (pos - m_rowPress).manhattanLength() < QApplication::startDragDistance())
-        return;
-    if (pos.y() < 0 || pos.y() > viewport()->height()) // beyond an edge: the view scrolls on
-        verticalScrollBar()->setValue(verticalScrollBar()->value() + (pos.y() < 0 ? -20 : 20));
-    m_moveDestination = dropDestination(pos);
-    viewport()->setCursor(Qt::ClosedHandCursor);
-    viewport()->update();
 }
 
 void ImageTableWidget::mouseReleaseEvent(QMouseEvent *event)
 {
-    if (!m_movePressed) {
+    int destination = -1;
+    if (!m_drag.release(event, &destination))
         QTableWidget::mouseReleaseEvent(event);
-        return;
-    }
-    const int destination = std::exchange(m_moveDestination, -1);
-    m_movePressed = false;
-    viewport()->unsetCursor();
-    viewport()->update();
-    if (destination >= 0) {
+    else if (destination >= 0)
         Q_EMIT rowsDragged(selectedRowNumbers(), destination);
-        return;
-    }
-    // A click on a selected row that did not move: that row alone is selected, as elsewhere.
-    const QModelIndex index = indexAt(m_rowPress);
-    if (index.isValid()) {
-        setCurrentIndex(index);
-        selectionModel()->select(index, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
-    }
 }
 
 void ImageTableWidget::paintEvent(QPaintEvent *event)
 {
     QTableWidget::paintEvent(event);
-    if (m_moveDestination < 0 || rowCount() == 0)
+    const int moveDestination = m_drag.destination();
+    if (moveDestination < 0 || rowCount() == 0)
         return;
     // Where the moved rows will go: a line between two rows.
     const int last = rowCount() - 1;
-    const int y = m_moveDestination <= last ? rowViewportPosition(m_moveDestination)
-                                            : rowViewportPosition(last) + rowHeight(last) - 2;
+    const int y = moveDestination <= last ? rowViewportPosition(moveDestination)
+                                          : rowViewportPosition(last) + rowHeight(last) - 2;
     QPainter painter(viewport());
     painter.setPen(QPen(palette().color(QPalette::Highlight), 3));
     painter.drawLine(0, y, viewport()->width(), y);

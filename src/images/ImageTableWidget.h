@@ -1,5 +1,7 @@
 #pragma once
 
+#include "images/RowDrag.h"
+
 #include <QStringList>
 #include <QTableWidget>
 
@@ -60,9 +62,5 @@ private:
     int dropDestination(const QPoint &viewportPos) const;
 
     std::function<void(int, int)> m_swapHandler;
-    // A move of the selected rows by the mouse: where it was pressed, and once it has gone far
-    // enough, where the rows would go (-1 before).
-    bool m_movePressed = false;
-    QPoint m_rowPress;
-    int m_moveDestination = -1;
+    RowDrag m_drag; // the selected rows moved with the mouse
 };

@@ -109,6 +109,7 @@ PictureGrid::PictureGrid(int idRole, QWidget *parent)
     : QListView(parent)
     , m_idRole(idRole)
     , m_renderer(new TileRenderer(kTileBudgetBytes, this))
+    , m_drag(this, [this](const QPoint &pos) { return dropDestination(pos); })
 {
     setViewMode(QListView::IconMode);
     setMovement(QListView::Static);
@@ -226,53 +227,23 @@ int PictureGrid::dropDestination(const QPoint &viewportPos) const
 
 void PictureGrid::mousePressEvent(QMouseEvent *event)
 {
-    // A press on a selected tile, without a modifier, may begin a move: the selection stays.
-    const QModelIndex index = indexAt(event->position().toPoint());
-    m_movePressed = event->button() == Qt::LeftButton && event->modifiers() == Qt::NoModifier &&
-                    index.isValid() && selectionModel()->isSelected(index);
-    if (m_movePressed) {
-        m_press = event->position().toPoint();
-        return;
-    }
-    QListView::mousePressEvent(event);
+    if (!m_drag.press(event))
+        QListView::mousePressEvent(event);
 }
 
 void PictureGrid::mouseMoveEvent(QMouseEvent *event)
 {
-    if (!m_movePressed) {
+    if (!m_drag.move(event))
         QListView::mouseMoveEvent(event);
-        return;
-    }
-    const QPoint pos = event->position().toPoint();
-    if (m_moveDestination < 0 && (pos - m_press).manhattanLength() < QApplication::startDragDistance())
-        return;
-    if (pos.y() < 0 || pos.y() > viewport()->height()) // beyond an edge: the view scrolls on
-        verticalScrollBar()->setValue(verticalScrollBar()->value() + (pos.y() < 0 ? -20 : 20));
-    m_moveDestination = dropDestination(pos);
-    viewport()->setCursor(Qt::ClosedHandCursor);
-    viewport()->update();
 }
 
 void PictureGrid::mouseReleaseEvent(QMouseEvent *event)
 {
-    if (!m_movePressed) {
+    int destination = -1;
+    if (!m_drag.release(event, &destination))
         QListView::mouseReleaseEvent(event);
-        return;
-    }
-    const int destination = std::exchange(m_moveDestination, -1);
-    m_movePressed = false;
-    viewport()->unsetCursor();
-    viewport()->update();
-    if (destination >= 0) {
+    else if (destination >= 0)
         Q_EMIT tilesDragged(selectedRowNumbers(), destination);
-        return;
-    }
-    // A click on a selected tile that did not move: that tile alone is selected, as elsewhere.
-    const QModelIndex index = indexAt(m_press);
-    if (index.isValid()) {
-        setCurrentIndex(index);
-        selectionModel()->select(index, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
-    }
 }
 
 void PictureGrid::mouseDoubleClickEvent(QMouseEvent *event)
@@ -289,11 +260,12 @@ void PictureGrid::paintEvent(QPaintEvent *event)
 {
     QListView::paintEvent(event);
     const int rows = model() ? model()->rowCount() : 0;
-    if (m_moveDestination < 0 || rows == 0)
+    const int moveDestination = m_drag.destination();
+    if (moveDestination < 0 || rows == 0)
         return;
     // Where the moved tiles will go: a line before a tile, or after the last.
-    const QRect rect = tileRect(std::min(m_moveDestination, rows - 1));
-    const int x = m_moveDestination < rows ? rect.left() : rect.right();
+    const QRect rect = tileRect(std::min(moveDestination, rows - 1));
+    const int x = moveDestination < rows ? rect.left() : rect.right();
     QPainter painter(viewport());
     painter.setPen(QPen(palette().color(QPalette::Highlight), 4));
     painter.drawLine(x, rect.top(), x, rect.bottom());

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "images/RowDrag.h"
 #include "preprocess/PreviewRenderer.h"
 
 #include <QColor>
@@ -82,8 +83,6 @@ private:
     QSize m_panel;
     bool m_landscape = false;
     int m_tileHeight = kDefaultTileHeight;
-    bool m_movePressed = false;
-    QPoint m_press;
-    int m_moveDestination = -1;
+    RowDrag m_drag; // the selected tiles moved with the mouse
     bool m_forgetPosted = false;
 };
