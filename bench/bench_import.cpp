@@ -4,7 +4,7 @@
 // photo (at 280 px for JPEGs, full size for HEICs), and the ratio.
 //
 //   bench_import [--jpeg N] [--p3 N] [--heic N] [--faces N] [--frame-faces] [--face-share N]
-//                [--no-duplicate-warnings]
+//                [--no-duplicate-warnings] [--stalls]
 //
 // Defaults: 1000 JPEGs, 0 JPEGs tagged Display P3 (the same pictures) and 20 HEICs, 12
 // megapixels each, made once and kept below the temporary folder (velora-bench-photos): 20
@@ -17,9 +17,10 @@
 // the JPEGs are added a second time with "Frame new pictures around faces" on. With
 // --face-share, N wide pictures with one to three faces (the tests' photograph) placed off
 // centre: the share of their faces that a portrait frame keeps whole, centre-cropped and
-// auto-framed.
+// auto-framed. With --stalls, where the window was during each gap of the adding over 50 ms.
 #include "BenchPhotos.h"
 #include "BenchSetup.h"
+#include "StallWatch.h"
 #include "app/MainWindow.h"
 #include "images/FaceDetector.h"
 #include "images/ImageLoader.h"
@@ -44,6 +45,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <functional>
+#include <optional>
 
 namespace {
 
@@ -157,6 +159,7 @@ void faceShare(int count)
 }
 
 bool g_warnDuplicates = true;
+bool g_stalls = false;
 
 void importSet(const char *title, const QStringList &photos, int referenceMaxSide, bool framesFaces = false)
 {
@@ -176,6 +179,9 @@ void importSet(const char *title, const QStringList &photos, int referenceMaxSid
     const QString folder = QFileInfo(photos.first()).absolutePath();
     const qint64 before = residentBytes();
     const Heartbeat heartbeat;
+    std::optional<StallWatch> stalls;
+    if (g_stalls)
+        stalls.emplace();
     QElapsedTimer timer;
     timer.start();
     window.addImageFiles({folder});
@@ -186,6 +192,8 @@ void importSet(const char *title, const QStringList &photos, int referenceMaxSid
     const double thumbnails = double(timer.nsecsElapsed()) / 1e6;
     BenchSetup::waitFor(300);
     const qint64 gap = heartbeat.longestGapMs();
+    if (stalls)
+        stalls->finish(stdout);
     const int rows = window.imageTable()->rowCount();
     const double perRowKb = double(residentBytes() - before) / 1024.0 / qMax(1, rows);
 
@@ -241,6 +249,7 @@ int main(int argc, char *argv[])
     const int shareCount = BenchSetup::takeOption(args, QStringLiteral("--face-share"), 0);
     const bool frameFaces = args.removeAll(QStringLiteral("--frame-faces")) > 0;
     g_warnDuplicates = args.removeAll(QStringLiteral("--no-duplicate-warnings")) == 0;
+    g_stalls = args.removeAll(QStringLiteral("--stalls")) > 0;
     // Dialogs that pop up (a start-up check that fails, a notice) are closed at once.
     QTimer closer;
     QObject::connect(&closer, &QTimer::timeout, [] {
