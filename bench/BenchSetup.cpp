@@ -3,6 +3,7 @@
 #include "app/MainWindow.h"
 #include "images/ImageLoader.h"
 #include "ui/AppTheme.h"
+#include "ui/PaintThreads.h"
 #include "ui/UiLanguage.h"
 
 #include <QApplication>
@@ -59,6 +60,7 @@ void BenchSetup::prepareProgram()
 {
     UiLanguage::set(UiLanguage::English);
     ImageLoader::prepareReaders();
+    PaintThreads::keepNormal();
     QApplication::setStyle(QStringLiteral("Fusion"));
     QApplication::setFont(QFont(QStringLiteral("Segoe UI"), 9));
     AppTheme::applyTo(qApp);

@@ -5,6 +5,7 @@
 #include "images/ImageLoader.h"
 #include "ui/AppBranding.h"
 #include "ui/AppTheme.h"
+#include "ui/PaintThreads.h"
 #include "ui/UiLanguage.h"
 
 #include <QApplication>
@@ -59,6 +60,7 @@ int main(int argc, char *argv[])
     AppTheme::applyTo(&app);
     QApplication::setWindowIcon(AppBranding::appIcon());
     ImageLoader::prepareReaders();
+    PaintThreads::keepNormal();
 
     MainWindow window;
     window.show();

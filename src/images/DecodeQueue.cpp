@@ -114,6 +114,9 @@ void DecodeQueue::dispatch()
         const Job job = m_jobs.at(index);
         const std::shared_ptr<Results> results = m_results;
         m_pool.start([this, index, job, results] {
+            // Below the window's own threads, as the previews are: the window paints at once
+            // (and the decoder's helper threads, which take this priority, wait too).
+            QThread::currentThread()->setPriority(QThread::IdlePriority);
             DecodedPicture picture = decode(job);
             {
                 const QMutexLocker lock(&results->mutex);
