@@ -15,9 +15,10 @@ BASE_PACKAGES=(
 
 # Further packages the tests need (GUI tests run offscreen): MinGW and wine, to compile the
 # Windows-only code for Windows and run the WIC decoding core; and what builds and checks the
-# Debian package (dpkg-shlibdeps and file for its dependencies, the validators, lintian).
+# Debian package (dpkg-shlibdeps and file for its dependencies, the validators, lintian); and
+# exFAT's tools and FUSE driver, to copy onto a real card image and pull it out mid-copy.
 TEST_PACKAGES=(g++-mingw-w64-x86-64-posix mingw-w64-x86-64-dev wine wine64
-               dpkg-dev file desktop-file-utils appstream lintian)
+               dpkg-dev file desktop-file-utils appstream lintian exfatprogs exfat-fuse)
 
 # Install what is missing among the given packages; silent when nothing is.
 ensure_packages() {

@@ -2,6 +2,7 @@
 
 #include "playlist/CardMedium.h"
 #include "playlist/CrashSteps.h"
+#include "playlist/FileWriter.h"
 #include "playlist/FolderSwap.h"
 #include "playlist/PackageWriter.h"
 #include "ui/AppStrings.h"
@@ -12,6 +13,7 @@
 #include <QFileInfo>
 #include <QThread>
 
+#include <filesystem>
 #include <functional>
 #include <utility>
 
@@ -41,7 +43,7 @@ QByteArray readHashed(const QString &path, const std::atomic_bool &cancel,
         const QByteArray chunk = source.read(kChunkBytes);
         if (chunk.isEmpty() && source.error() != QFileDevice::NoError)
             return fail(source);
-        if (copy && copy->write(chunk) != chunk.size())
+        if (copy && !FileWriter::writeFully(*copy, chunk.constData(), chunk.size()))
             return fail(*copy);
         hash.addData(chunk);
         advanced(chunk.size());
@@ -71,6 +73,23 @@ QByteArray copyFile(const QString &from, const QString &to, const std::atomic_bo
     }
     CardMedium::dropCached(to);
     return hash;
+}
+
+// Whether the folder at path can be listed: a card pulled out cannot, though its mount point
+// may still pass for a folder (a stat answered from the system's cache, or QFileInfo's
+// fallback).
+bool answersAt(const QString &path)
+{
+    std::error_code error;
+    const std::filesystem::directory_iterator listing(QFileInfo(path).filesystemAbsoluteFilePath(), error);
+    return !error;
+}
+
+// Whether path is known not to be there (not merely unseen).
+bool knownGone(const QString &path)
+{
+    std::error_code error;
+    return !std::filesystem::exists(QFileInfo(path).filesystemAbsoluteFilePath(), error) && !error;
 }
 
 std::function<void(const QString &)> &beforeReadBack()
@@ -149,15 +168,20 @@ CardCopy::Result CardCopy::copy(const QString &packageDir, const QString &cardRo
 
     FolderSwap swap(result.target, true);
     const auto fail = [&](const QString &reason) {
-        // What is left is told as it is: nothing only once the hidden folder is gone.
+        // What is left is told as it is: nothing only once the hidden folder is gone from a card
+        // that still answers (on a card pulled out, nothing can be seen, nor removed).
         const QString partial = swap.partial();
         swap.abandon();
-        result.leftNote = !partial.isEmpty() && QFileInfo::exists(partial)
+        const bool answers = answersAt(cardRoot);
+        result.leftNote = !partial.isEmpty() && (!answers || !knownGone(partial))
                               ? Str::cardCopyLeftBehind(QDir::toNativeSeparators(partial))
                               : Str::cardNothingLeft();
         result.cancelled = cancel;
-        if (!result.cancelled)
-            result.error = reason + QStringLiteral("\n\n") + result.leftNote;
+        if (!result.cancelled) {
+            const QString gone =
+                answers ? QString() : Str::cardGone(QDir::toNativeSeparators(cardRoot)) + u'\n';
+            result.error = gone + reason + QStringLiteral("\n\n") + result.leftNote;
+        }
         return result;
     };
     // A vl_play on the card that holds anything but a package (the user's own files) or is not a

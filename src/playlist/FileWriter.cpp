@@ -30,6 +30,18 @@ bool fail(QString *error, const QString &reason)
 }
 } // namespace
 
+bool writeFully(QFileDevice &file, const char *data, qint64 size)
+{
+    qint64 written = 0;
+    while (written < size) {
+        const qint64 now = file.write(data + written, size - written);
+        if (now <= 0)
+            return false;
+        written += now;
+    }
+    return true;
+}
+
 void simulateFreeSpace(qint64 bytes) { g_simulatedFreeSpace.store(bytes < 0 ? -1 : bytes); }
 
 bool writeAll(const QString &path, const QByteArray &data, QString *error)
@@ -38,7 +50,7 @@ bool writeAll(const QString &path, const QByteArray &data, QString *error)
     if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate))
         return fail(error, file.errorString());
     const qint64 room = takeSpace(data.size());
-    if (file.write(data.constData(), room) != room || !file.flush())
+    if (!writeFully(file, data.constData(), room) || !file.flush())
         return fail(error, file.errorString());
     if (room < data.size())
         return fail(error, QStringLiteral("No space left on device"));

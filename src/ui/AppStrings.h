@@ -468,6 +468,8 @@ QString cardCopyDone(int files, const QString &size, const QString &target);
 // or its hidden folder.
 QString cardNothingLeft();
 QString cardCopyLeftBehind(const QString &folder);
+// Put before the reason of a copy that failed because the card no longer answers.
+QString cardGone(const QString &root);
 QString leftoverOldRestored(const QString &old, const QString &target);
 QString leftoverOldNotRestored(const QString &old);
 QString leftoverOldRemoved(const QString &old);

@@ -79,6 +79,13 @@ QString cardCannotWrite(const QString &root)
     return pick("无法写入此卡:\n%1", "The card cannot be written:\n%1").arg(root);
 }
 
+QString cardGone(const QString &root)
+{
+    return pick("卡 %1 已无法读写，可能已被拔出。",
+                "The card %1 can no longer be read or written; it may have been pulled out.")
+        .arg(root);
+}
+
 QString cardCopyFileFailed(const QString &name, const QString &reason)
 {
     return pick("复制 %1 失败: %2", "Copying %1 failed: %2").arg(name, reason);

@@ -1,24 +1,30 @@
 // Copying the package onto a TF card from the window: the Step 3 button once a package
 // exists, the completion box's offer when a card is in, the choice of the card (too small,
 // not FAT32 or exFAT), replacing a vl_play on the card, and a copy verified or cancelled.
-// The cards are temporary folders given through the volume seam.
+// The cards are temporary folders given through the volume seam, and, where this machine allows
+// it, a real exFAT card image mounted with exfat-fuse that is pulled out in the middle of a copy.
 #include "app/MainWindow.h"
 #include "playlist/CardCopy.h"
 #include "playlist/CardCopyDialog.h"
 #include "playlist/Volumes.h"
 
+#include "ExfatCard.h"
 #include "ModalAnswerer.h"
 #include "TestFiles.h"
 #include "WindowProbe.h"
 #include "WindowTestCase.h"
 
 #include <QDir>
+#include <QElapsedTimer>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPushButton>
+#include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
+
+#include <atomic>
 
 class TestMainWindowCard : public WindowTestCase
 {
@@ -33,6 +39,7 @@ private Q_SLOTS:
     void replacingAsksFirst();
     void cancelLeavesNoPackageOfOurs();
     void closingDuringACopyCancelsItFirst();
+    void aRealCardPulledOutMidCopy();
 
 private:
     QPushButton *copyButton() const
@@ -303,6 +310,84 @@ void TestMainWindowCard::closingDuringACopyCancelsItFirst()
     QVERIFY(closed);
     QVERIFY(boxes.isEmpty()); // closed quietly, once the copy had stopped
     QCOMPARE(TestFiles::entries(card), QStringList());
+}
+
+void TestMainWindowCard::aRealCardPulledOutMidCopy()
+{
+    // Mounted below /mnt, where the system's list of cards looks (no seam).
+    const QTemporaryDir mountPoint(QStringLiteral("/mnt/velora-card-XXXXXX"));
+    ExfatCard card(m_fixture->path("card.img"), mountPoint.path(), 160, QStringLiteral("VELORA"));
+    if (!card.isMounted())
+        QSKIP(qPrintable("no real card here: " + card.whyNot()));
+    Volumes::setOverride(std::nullopt);
+    makePackage();
+    QFile large(QDir(packageDir()).filePath("frame_999.bin"));
+    QVERIFY(large.open(QIODevice::WriteOnly) && large.resize(qint64(60) << 20));
+    large.close();
+    // A package on the card already, the one the copy below replaces.
+    const std::atomic_bool never{false};
+    QVERIFY(CardCopy::copy(packageDir(), card.path(), never, [](qint64, qint64, bool) {}).ok);
+    const QString onCard = QDir(card.path()).filePath("vl_play");
+    const QMap<QString, QByteArray> old = TestFiles::contents(onCard);
+    QVERIFY(TestFiles::write(QDir(packageDir()).filePath("frame_998.bin"), "a frame the old one lacks"));
+
+    QElapsedTimer sincePulled;
+    qint64 boxAfterMs = -1;
+    const QList<ModalAnswerer::Seen> boxes = withDialog(
+        [&](CardCopyDialog *dialog, ModalAnswerer *boxes) {
+            const auto closing = ModalAnswerer::closingGuard(dialog);
+            // Listed by what its boot sector says, not as "fuseblk", and not warned about.
+            QListWidgetItem *item = nullptr;
+            for (int row = 0; row < dialog->volumeList()->count(); ++row) {
+                if (dialog->volumeList()->item(row)->text().contains(QDir::toNativeSeparators(card.path())))
+                    item = dialog->volumeList()->item(row);
+            }
+            QVERIFY(item);
+            QVERIFY2(item->text().contains(QStringLiteral(" — exfat — ")), qPrintable(item->text()));
+            dialog->volumeList()->setCurrentItem(item);
+            QVERIFY(dialog->warningLabel()->isHidden());
+            boxes->setBeforeAnswer([&](const ModalAnswerer::Seen &seen) {
+                if (seen.icon == QMessageBox::Critical)
+                    boxAfterMs = sincePulled.elapsed();
+            });
+            connect(dialog->findChild<CardCopy *>(), &CardCopy::progress, dialog,
+                    [&](qint64 done, qint64, bool) {
+                        if (!sincePulled.isValid() && done > (qint64(10) << 20)) {
+                            card.pull();
+                            sincePulled.start();
+                        }
+                    });
+            QTest::mouseClick(dialog->copyButton(), Qt::LeftButton); // and Yes to replacing
+            QTRY_VERIFY_WITH_TIMEOUT(boxAfterMs >= 0, 30000);
+            QVERIFY(!dialog->isCopying());
+        },
+        QMessageBox::Yes);
+    QVERIFY(sincePulled.isValid());
+    qInfo("the box came %lld ms after the card was pulled", boxAfterMs);
+    QVERIFY2(boxAfterMs <= 5000, qPrintable(QString::number(boxAfterMs)));
+    const QString said = boxes.last().text;
+    QVERIFY2(said.startsWith("The card " + QDir::toNativeSeparators(card.path()) +
+                             " can no longer be read or written; it may have been pulled out.\nCopying "),
+             qPrintable(said));
+    // It cannot tell what was left, so it names the hidden folder instead of saying "nothing".
+    QVERIFY2(said.contains("What was copied is still on the card as " +
+                           QDir::toNativeSeparators(card.path() + "/.vl_play.partial-")),
+             qPrintable(said));
+
+    // Back in: the old package whole under the real name, the hidden folder beside it.
+    QVERIFY(card.reinsert());
+    QCOMPARE(TestFiles::contents(onCard), old);
+    const QStringList left = TestFiles::entries(card.path());
+    QCOMPARE(left.size(), 2);
+    QVERIFY(left.first().startsWith(".vl_play.partial-"));
+    QVERIFY(said.contains(left.first()));
+    // The next copy removes it and replaces the old package.
+    const CardCopy::Result next =
+        CardCopy::copy(packageDir(), card.path(), never, [](qint64, qint64, bool) {});
+    QVERIFY2(next.ok, qPrintable(next.error));
+    QCOMPARE(next.recovered.size(), 1);
+    QCOMPARE(TestFiles::entries(card.path()), QStringList{"vl_play"});
+    QCOMPARE(TestFiles::contents(onCard), TestFiles::contents(packageDir()));
 }
 
 QTEST_MAIN(TestMainWindowCard)

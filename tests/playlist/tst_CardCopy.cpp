@@ -219,7 +219,8 @@ void TestCardCopy::fullCard()
     QVERIFY(TestFiles::write(QDir(card()).filePath("vl_play/frame_000.bin"), "old"));
     const CardCopy::Result result = copy();
     QVERIFY(!result.ok && !result.cancelled);
-    QVERIFY2(result.error.startsWith("Copying frame_001.bin failed: "), qPrintable(result.error));
+    QVERIFY2(result.error.startsWith("Copying frame_001.bin failed: No space left on device\n\n"),
+             qPrintable(result.error));
     QCOMPARE(TestFiles::entries(card()), QStringList{"vl_play"});
     QCOMPARE(TestFiles::contents(QDir(card()).filePath("vl_play")), (Files{{"frame_000.bin", "old"}}));
 }

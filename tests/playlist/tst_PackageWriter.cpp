@@ -37,6 +37,7 @@ private Q_SLOTS:
     void fullDiskAtEachPointLeavesTheOldPackage_data();
     void fullDiskAtEachPointLeavesTheOldPackage();
     void fullDiskWithoutAnOldPackageLeavesNone();
+    void aWriteThatFillsARealDiskGivesItsReason();
     void realSmallVolume_data();
     void realSmallVolume();
     void folderWithOtherFilesIsNeverTouched();
@@ -143,6 +144,19 @@ void TestPackageWriter::fullDiskWithoutAnOldPackageLeavesNone()
              qPrintable(error));
     QVERIFY(!QFileInfo::exists(target()));
     QCOMPARE(parentEntries(), QStringList());
+}
+
+void TestPackageWriter::aWriteThatFillsARealDiskGivesItsReason()
+{
+    // Another program may fill the disk after the room was checked: the write that finds it full
+    // says so, though the system takes what fits of a write without a word.
+    SmallVolume volume(m_dir.filePath(QStringLiteral("small")), 512); // 2 MiB
+    if (!volume.isMounted())
+        QSKIP("this machine cannot mount a small volume");
+    QString error;
+    QVERIFY(!FileWriter::writeAll(QDir(volume.path()).filePath(QStringLiteral("frame_000.bin")),
+                                  QByteArray(3 << 20, 'x'), &error));
+    QCOMPARE(error, QStringLiteral("No space left on device"));
 }
 
 void TestPackageWriter::realSmallVolume_data()
