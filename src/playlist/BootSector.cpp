@@ -1,15 +1,36 @@
 #include "playlist/BootSector.h"
 
 #include <QFile>
+#include <QtEndian>
 
 namespace BootSector {
 
 namespace {
 constexpr int kSectorBytes = 512;
 
+constexpr int kEntryBytes = 32;
+constexpr qint64 kRootBytesRead = 64 * 1024; // the label comes among the first entries
+
 bool hasAt(const QByteArray &sector, int offset, const char *text)
 {
     return sector.mid(offset, 8) == QByteArray(text);
+}
+
+quint32 number32(const QByteArray &bytes, int offset)
+{
+    return qFromLittleEndian<quint32>(bytes.constData() + offset);
+}
+
+// Where the root folder of an exFAT volume starts, in bytes from the volume's start.
+qint64 exFatRootOffset(const QByteArray &boot)
+{
+    const int sectorShift = quint8(boot.at(108));
+    const int clusterShift = quint8(boot.at(109));
+    const qint64 heap = number32(boot, 88);    // in sectors
+    const qint64 cluster = number32(boot, 96); // the first cluster is number 2
+    if (sectorShift < 9 || sectorShift > 12 || clusterShift > 25 || cluster < 2)
+        return -1;
+    return (heap + ((cluster - 2) << clusterShift)) << sectorShift;
 }
 } // namespace
 
@@ -54,6 +75,39 @@ Kind readFrom(const QString &device)
     if (device.isEmpty() || !file.open(QIODevice::ReadOnly))
         return Kind::Unknown;
     return identify(file.read(kSectorBytes));
+}
+
+QString exFatLabel(const QByteArray &bootSector, const QByteArray &rootFolder)
+{
+    if (identify(bootSector) != Kind::ExFat)
+        return {};
+    for (int at = 0; at + kEntryBytes <= rootFolder.size(); at += kEntryBytes) {
+        const quint8 type = quint8(rootFolder.at(at));
+        if (type == 0x00)
+            break; // the end of the folder
+        if (type != 0x83)
+            continue;
+        const int characters = qMin(int(quint8(rootFolder.at(at + 1))), 11);
+        QString label;
+        for (int i = 0; i < characters; ++i)
+            label += QChar(qFromLittleEndian<quint16>(rootFolder.constData() + at + 2 + 2 * i));
+        return label;
+    }
+    return {};
+}
+
+QString exFatLabelOf(const QString &device)
+{
+    QFile file(device);
+    if (device.isEmpty() || !file.open(QIODevice::ReadOnly))
+        return {};
+    const QByteArray boot = file.read(kSectorBytes);
+    if (identify(boot) != Kind::ExFat)
+        return {};
+    const qint64 root = exFatRootOffset(boot);
+    if (root < 0 || !file.seek(root))
+        return {};
+    return exFatLabel(boot, file.read(kRootBytesRead));
 }
 
 } // namespace BootSector

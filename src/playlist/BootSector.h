@@ -18,4 +18,11 @@ QString fileSystemName(Kind kind);
 // when it cannot be read.
 Kind readFrom(const QString &device);
 
+// The label of an exFAT volume, which it keeps in its root folder (an entry of type 0x83), not
+// where a FUSE mount reports it: from the boot sector and the start of the root folder, and
+// read from device. Empty for another file system, a volume without a label, or a device that
+// cannot be read.
+QString exFatLabel(const QByteArray &bootSector, const QByteArray &rootFolder);
+QString exFatLabelOf(const QString &device);
+
 } // namespace BootSector

@@ -56,10 +56,13 @@ QList<Volume> cards()
             root == homeRoot || root == programRoot || isPseudoFileSystem(storage.fileSystemType()) ||
             !isWhereCardsAreMounted(root))
             continue;
-        const QString name = storage.displayName();
         bool known = true;
-        const QString fileSystem = fileSystemOf(QString::fromLatin1(storage.fileSystemType()),
-                                                QString::fromLocal8Bit(storage.device()), &known);
+        const QString device = QString::fromLocal8Bit(storage.device());
+        const QString fileSystem =
+            fileSystemOf(QString::fromLatin1(storage.fileSystemType()), device, &known);
+        QString name = storage.name();
+        if (name.isEmpty() && fileSystem == QLatin1String("exfat"))
+            name = BootSector::exFatLabelOf(device); // a FUSE mount does not tell it
         found.append({root, name.isEmpty() ? root : name, fileSystem, storage.bytesAvailable(), known});
     }
     return found;

@@ -336,14 +336,16 @@ void TestMainWindowCard::aRealCardPulledOutMidCopy()
     const QList<ModalAnswerer::Seen> boxes = withDialog(
         [&](CardCopyDialog *dialog, ModalAnswerer *boxes) {
             const auto closing = ModalAnswerer::closingGuard(dialog);
-            // Listed by what its boot sector says, not as "fuseblk", and not warned about.
             QListWidgetItem *item = nullptr;
             for (int row = 0; row < dialog->volumeList()->count(); ++row) {
                 if (dialog->volumeList()->item(row)->text().contains(QDir::toNativeSeparators(card.path())))
                     item = dialog->volumeList()->item(row);
             }
             QVERIFY(item);
-            QVERIFY2(item->text().contains(QStringLiteral(" — exfat — ")), qPrintable(item->text()));
+            // Listed by its label and what its boot sector says, not as "fuseblk", and not warned about.
+            QVERIFY2(
+                item->text().startsWith("VELORA (" + QDir::toNativeSeparators(card.path()) + ") — exfat — "),
+                qPrintable(item->text()));
             dialog->volumeList()->setCurrentItem(item);
             QVERIFY(dialog->warningLabel()->isHidden());
             boxes->setBeforeAnswer([&](const ModalAnswerer::Seen &seen) {

@@ -34,6 +34,31 @@ const QByteArray kFat16 = sector("\xEB\x3C\x90", "MSWIN4.1", 54, "FAT16   ");
 const QByteArray kExFat = sector("\xEB\x76\x90", "EXFAT   ");
 const QByteArray kNtfs = sector("\xEB\x52\x90", "NTFS    ");
 
+// An exFAT volume of 512-byte sectors and 4-KiB clusters whose cluster heap starts at sector 32
+// and whose root folder is cluster 4 (sector 48), holding entries.
+QByteArray exFatVolume(const QList<QByteArray> &entries)
+{
+    QByteArray boot = kExFat;
+    boot[88] = 32; // the cluster heap, in sectors
+    boot[96] = 4;  // the root folder's first cluster
+    boot[108] = 9; // 2^9 bytes a sector
+    boot[109] = 3; // 2^3 sectors a cluster
+    QByteArray volume = boot + QByteArray(47 * 512, '\0');
+    for (const QByteArray &entry : entries)
+        volume += entry.leftJustified(32, '\0');
+    return volume + QByteArray(4096, '\0');
+}
+
+QByteArray labelEntry(const QString &label)
+{
+    QByteArray entry(2, '\0');
+    entry[0] = char(0x83);
+    entry[1] = char(label.size());
+    for (const QChar c : label)
+        entry += char(c.unicode() & 0xff) + QByteArray(1, char(c.unicode() >> 8));
+    return entry;
+}
+
 } // namespace
 
 class TestBootSector : public QObject
@@ -46,6 +71,7 @@ private Q_SLOTS:
     void aFuseMountIsReadFromItsDevice();
     void anUnreadableDeviceIsNotTold();
     void otherTypesAreTakenAsTheSystemNamesThem();
+    void anExFatLabelIsReadFromItsRootFolder();
 };
 
 void TestBootSector::eachKindIsTold()
@@ -118,6 +144,26 @@ void TestBootSector::otherTypesAreTakenAsTheSystemNamesThem()
     QVERIFY(known);
     QCOMPARE(Volumes::fileSystemOf("ntfs3", QString(), &known), QStringLiteral("ntfs3"));
     QVERIFY(known);
+}
+
+void TestBootSector::anExFatLabelIsReadFromItsRootFolder()
+{
+    QTemporaryDir dir;
+    const QByteArray bitmap("\x81"), upcase("\x82");
+    const auto labelOf = [&](const QByteArray &volume) {
+        const QString image = dir.filePath("volume.img");
+        return TestFiles::write(image, volume) ? BootSector::exFatLabelOf(image)
+                                               : QStringLiteral("(not written)");
+    };
+    QCOMPARE(labelOf(exFatVolume({bitmap, upcase, labelEntry(QStringLiteral("VELORA"))})),
+             QStringLiteral("VELORA"));
+    QCOMPARE(labelOf(exFatVolume({labelEntry(QStringLiteral("相框卡"))})), QStringLiteral("相框卡"));
+    // None before the folder's end, or no exFAT volume at all.
+    QCOMPARE(labelOf(exFatVolume({bitmap, upcase})), QString());
+    QCOMPARE(labelOf(exFatVolume({bitmap, QByteArray(1, '\0'), labelEntry(QStringLiteral("LATE"))})),
+             QString());
+    QCOMPARE(labelOf(kFat32 + QByteArray(65536, '\0')), QString());
+    QCOMPARE(BootSector::exFatLabelOf("/nonexistent/device"), QString());
 }
 
 QTEST_MAIN(TestBootSector)
