@@ -183,6 +183,12 @@ void MainWindow::addImageFiles(const QStringList &paths)
     QList<QPair<int, DecodedPicture>> delivered;
     QTimer flushTimer;
     flushTimer.setSingleShot(true);
+    // The progress dialog is shown the count in an event of its own: a modal QProgressDialog
+    // paints the window inside setValue(), and after making a batch of rows that would double
+    // the event loop's stand-still.
+    int finished = 0;
+    QTimer progressTimer;
+    progressTimer.setSingleShot(true);
     DecodeQueue decodes;
     bool stopped = false; // by the row limit or by Cancel: what is still waiting is dropped
     bool flushing = false;
@@ -192,6 +198,14 @@ void MainWindow::addImageFiles(const QStringList &paths)
     // Clear, Remove or the window's end (stopAdding()) stop the adding from outside, maybe
     // while a box or the progress dialog runs events in the middle of a batch.
     const auto endedFromOutside = [&] { return !guard || m_imageDecodes != &decodes; };
+    // The loop runs until every picture is decoded and made a row (or the adding is stopped):
+    // each batch in an event of its own, the last ones too.
+    QEventLoop loop;
+    bool decoding = true;
+    const auto quitWhenDone = [&] {
+        if (!decoding && (stopped || endedFromOutside() || delivered.isEmpty()))
+            loop.quit();
+    };
     const auto flush = [&] {
         if (flushing || stopped || endedFromOutside())
             return;
@@ -219,30 +233,40 @@ void MainWindow::addImageFiles(const QStringList &paths)
             last = index;
         }
         appendImageRows(rows);
-        if (!small && last >= 0 && progress) {
-            // Progress counts finished pictures.
-            progress->setValue(last + 1);
-            if (!guard)
-                return;
-            if (progress)
-                progress->setLabelText(Str::importAddLabel(last + 1, total));
+        if (!small && last >= 0) {
+            finished = last + 1; // progress counts finished pictures
+            progressTimer.start(0);
         }
         flushing = false;
         if (!stopped && !endedFromOutside() && !delivered.isEmpty())
             flushTimer.start(0); // the rest after what else waits
+        else
+            quitWhenDone();
     };
     connect(&flushTimer, &QTimer::timeout, this, flush);
+    connect(&progressTimer, &QTimer::timeout, this, [&] {
+        if (!progress || endedFromOutside())
+            return;
+        progress->setValue(finished);
+        if (guard && progress)
+            progress->setLabelText(Str::importAddLabel(finished, total));
+    });
     connect(&decodes, &DecodeQueue::decoded, this, [&](int index, const DecodedPicture &picture) {
         if (!guard)
             return;
         delivered.append({index, picture});
+        // In an event of its own: the decodes that came together are not all made rows at once.
         if (picture.unconvertible || delivered.size() >= kRowsPerInsertion)
-            flush();
+            flushTimer.start(0);
         else if (!flushTimer.isActive())
             flushTimer.start(kInsertionDelayMs);
     });
-    QEventLoop loop;
-    connect(&decodes, &DecodeQueue::finished, &loop, &QEventLoop::quit);
+    connect(&decodes, &DecodeQueue::finished, &loop, [&] {
+        decoding = false;
+        if (!delivered.isEmpty())
+            flushTimer.start(0);
+        quitWhenDone();
+    });
     if (!small)
         connect(progress, &QProgressDialog::canceled, this, [&] {
             stopped = true;
@@ -253,18 +277,19 @@ void MainWindow::addImageFiles(const QStringList &paths)
     // The table keeps its updates on: switching them back on after a thousand rows would repaint
     // every row widget at once (a long freeze), while new rows outside the view cost nothing.
     decodes.start(jobs);
-    // The event loop runs while the pictures are decoded. A small batch has no dialog to keep
-    // the user out, so it takes no input meanwhile.
+    // The event loop runs while the pictures are decoded and made rows. A small batch has no
+    // dialog to keep the user out, so it takes no input meanwhile.
     if (decodes.isBusy())
         loop.exec(small ? QEventLoop::ExcludeUserInputEvents : QEventLoop::AllEvents);
     if (!guard)
         return; // the window went meanwhile; its destructor stopped the adding
     while (!stopped && !endedFromOutside() && !delivered.isEmpty())
-        flush(); // all decoded: the last batches
+        flush(); // what is left when the loop did not run (nothing to decode)
     if (!guard)
         return;
     if (m_imageDecodes == &decodes)
         m_imageDecodes = nullptr;
+    progressTimer.stop();
     if (progress && !small)
         progress->setValue(total);
 
