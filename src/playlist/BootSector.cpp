@@ -28,7 +28,8 @@ qint64 exFatRootOffset(const QByteArray &boot)
     const int clusterShift = quint8(boot.at(109));
     const qint64 heap = number32(boot, 88);    // in sectors
     const qint64 cluster = number32(boot, 96); // the first cluster is number 2
-    if (sectorShift < 9 || sectorShift > 12 || clusterShift > 25 || cluster < 2)
+    // Sectors of 512 to 4096 bytes, clusters of 32 MiB at most.
+    if (sectorShift < 9 || sectorShift > 12 || sectorShift + clusterShift > 25 || cluster < 2)
         return -1;
     return (heap + ((cluster - 2) << clusterShift)) << sectorShift;
 }
