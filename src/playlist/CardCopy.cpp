@@ -22,15 +22,13 @@ namespace {
 constexpr qint64 kChunkBytes = 1 << 20;
 const QString kPackageFolder = QStringLiteral("vl_play");
 
-// Reads a file in chunks and gives its SHA-256, writing each chunk on to copy when one is
-// given; empty on a fault (error says which, when asked) or a cancel.
-QByteArray readHashed(const QString &path, const std::atomic_bool &cancel,
-                      const std::function<void(qint64)> &advanced, QFile *copy = nullptr,
-                      QString *error = nullptr)
+// Writes the file at path on to copy chunk by chunk and gives its SHA-256; empty on a fault
+// (error says which) or a cancel.
+QByteArray copyHashed(const QString &path, const std::atomic_bool &cancel,
+                      const std::function<void(qint64)> &advanced, QFile &copy, QString *error)
 {
     const auto fail = [&](const QFile &file) {
-        if (error)
-            *error = file.errorString();
+        *error = file.errorString();
         return QByteArray();
     };
     QFile source(path);
@@ -43,8 +41,8 @@ QByteArray readHashed(const QString &path, const std::atomic_bool &cancel,
         const QByteArray chunk = source.read(kChunkBytes);
         if (chunk.isEmpty() && source.error() != QFileDevice::NoError)
             return fail(source);
-        if (copy && !FileWriter::writeFully(*copy, chunk.constData(), chunk.size()))
-            return fail(*copy);
+        if (!FileWriter::writeFully(copy, chunk.constData(), chunk.size()))
+            return fail(copy);
         hash.addData(chunk);
         advanced(chunk.size());
     }
@@ -60,7 +58,7 @@ QByteArray copyFile(const QString &from, const QString &to, const std::atomic_bo
         *error = target.errorString();
         return {};
     }
-    const QByteArray hash = readHashed(from, cancel, advanced, &target, error);
+    const QByteArray hash = copyHashed(from, cancel, advanced, target, error);
     if (hash.isEmpty())
         return {};
     // On the card itself, not only in the computer's cache, before the read-back.
